@@ -1,0 +1,50 @@
+#pragma once
+
+#include "TinkraICalendar/Time.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tinkra::ICalendar {
+
+/// The offsets of one time zone, through its history and future. Immutable, safe to share between threads.
+class Zone {
+public:
+    virtual ~Zone() = default;
+
+    virtual LocalSeconds toLocal(UtcSeconds utc) const = 0;
+
+    /// A local time that occurs twice means its first occurrence; one that is skipped counts with the offset
+    /// in force before the gap, so it moves forward by the gap's length (RFC 5545, section 3.3.5).
+    virtual UtcSeconds toUtc(LocalSeconds local) const = 0;
+
+    /// The IANA name, "UTC", or the TZID of the file's own definition.
+    virtual const std::string& name() const = 0;
+};
+
+using ZonePtr = std::shared_ptr<const Zone>;
+
+ZonePtr utcZone();
+
+/// The zone of this name: an IANA name first (prefixed ones such as "/freeassociation.sourceforge.net/Europe/Berlin"
+/// too), then a Windows name. Nothing when neither knows it. Zones are made once per process.
+ZonePtr findZone(std::string_view tzid);
+
+/// The zone of the machine's user now (TZ, else /etc/localtime), read afresh: UTC when the machine does not know.
+ZonePtr viewerZone();
+
+/// One STANDARD or DAYLIGHT part of a VTIMEZONE (RFC 5545, section 3.6.5).
+struct Observance {
+    LocalSeconds start;
+    std::chrono::seconds offsetFrom{0};
+    std::chrono::seconds offsetTo{0};
+    std::string rule; ///< the RRULE's value; empty when there is none
+    std::vector<LocalSeconds> additionalOnsets; ///< RDATEs
+};
+
+/// The zone that a file defines itself.
+ZonePtr makeZone(std::string tzid, std::vector<Observance> observances);
+
+}

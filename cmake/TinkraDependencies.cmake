@@ -1,0 +1,24 @@
+# Every library from outside, in one place. All of them are distribution packages: see scripts/setup.
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+find_package(nlohmann_json REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(GTest REQUIRED)
+find_package(sdbus-c++ REQUIRED)
+pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+
+# Standalone asio; its one source file is TinkraConcurrency/Asio.cpp. Clang is not among the
+# compilers for which asio 1.22 switches coroutines on by itself.
+add_library(tinkra_asio INTERFACE)
+find_path(ASIO_INCLUDE_DIR asio/awaitable.hpp REQUIRED)
+target_include_directories(tinkra_asio SYSTEM INTERFACE ${ASIO_INCLUDE_DIR})
+target_compile_definitions(tinkra_asio INTERFACE
+  ASIO_STANDALONE ASIO_SEPARATE_COMPILATION ASIO_NO_DEPRECATED
+  $<$<CXX_COMPILER_ID:Clang>:ASIO_HAS_CO_AWAIT ASIO_HAS_STD_COROUTINE>)
+target_link_libraries(tinkra_asio INTERFACE Threads::Threads)
+
+if(TINKRA_BENCHMARKS)
+  find_package(benchmark REQUIRED)
+endif()
