@@ -38,14 +38,22 @@ function(tinkra_add_test NAME)
   set_tests_properties(${NAME} PROPERTIES TIMEOUT 300 LABELS "unit;${ARG_LABELS}")
 endfunction()
 
-# tinkra_add_system_test(NAME [ENVIRONMENT K=V ...] [TIMEOUT seconds] [LABELS ...])
-# The pytest files of the current folder, run with Debian's own python (python3-dbusmock lives there).
+# tinkra_add_system_test(NAME [FILES ...] [ENVIRONMENT K=V ...] [TIMEOUT seconds] [LABELS ...])
+# The pytest files of the current folder, or those named, run with Debian's own python (python3-dbusmock lives
+# there). Several entries let CTest run them side by side.
 function(tinkra_add_system_test NAME)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "ENVIRONMENT;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT" "FILES;ENVIRONMENT;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 600)
   endif()
-  add_test(NAME ${NAME} COMMAND /usr/bin/python3 -m pytest -q -p no:cacheprovider ${CMAKE_CURRENT_SOURCE_DIR})
+  if(NOT ARG_FILES)
+    set(ARG_FILES .)
+  endif()
+  list(TRANSFORM ARG_FILES PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+  if(TINKRA_SANITIZE)
+    list(APPEND ARG_ENVIRONMENT TINKRA_SANITIZED=1)
+  endif()
+  add_test(NAME ${NAME} COMMAND /usr/bin/python3 -m pytest -q -p no:cacheprovider ${ARG_FILES})
   set_tests_properties(${NAME} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "system;${ARG_LABELS}"
     ENVIRONMENT "PYTHONDONTWRITEBYTECODE=1;PYTHONPATH=${CMAKE_SOURCE_DIR}/Tests;TINKRA_BUILD=${CMAKE_BINARY_DIR};${ARG_ENVIRONMENT}")
 endfunction()
