@@ -13,7 +13,8 @@ namespace Tinkra::ICalendar {
 
 enum class Frequency : std::uint8_t { Secondly, Minutely, Hourly, Daily, Weekly, Monthly, Yearly };
 
-/// One entry of BYDAY: every such weekday (number 0), or the number-th of the period, from its end if negative.
+/// One entry of BYDAY: every such weekday (number 0), or the number-th of the period, from its end if
+/// negative.
 struct WeekdayNumber {
     std::int8_t number = 0; ///< -53...53
     std::chrono::weekday weekday;

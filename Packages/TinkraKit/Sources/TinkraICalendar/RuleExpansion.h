@@ -36,8 +36,8 @@ struct RuleInstance {
 
 /// Calls `sink` for each instance of `rule` that starts in `range`, in order of local time, DTSTART included
 /// whether or not it fits the rule (COUNT and UNTIL count it). Far ranges are reached by arithmetic, not by
-/// walking, where the rule allows it. HOURLY and finer rules step in elapsed time; all others step on the wall
-/// clock. A rule that yields nothing ends.
+/// walking, where the rule allows it. HOURLY and finer rules step in elapsed time; all others step on the
+/// wall clock. A rule that yields nothing ends.
 ExpansionEnd expandRule(const RecurrenceRule& rule, const SeriesStart& start, TimeRange range,
     const ExpansionBudget& budget, const std::function<void(const RuleInstance&)>& sink);
 

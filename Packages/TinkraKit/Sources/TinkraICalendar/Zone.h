@@ -28,12 +28,27 @@ using ZonePtr = std::shared_ptr<const Zone>;
 
 ZonePtr utcZone();
 
-/// The zone of this name: an IANA name first (prefixed ones such as "/freeassociation.sourceforge.net/Europe/Berlin"
-/// too), then a Windows name. Nothing when neither knows it. Zones are made once per process.
+/// (See AAA-NOTE-FROM-LEAD.md at the top of the worktree: offsets come from TZif files, not from ICU.)
+/// The zone of this name: an IANA name first (in any case, and with prefixes such as
+/// "/freeassociation.sourceforge.net/Europe/Berlin"), then a Windows name. Nothing when neither knows it.
+/// Zones are made once per process.
 ZonePtr findZone(std::string_view tzid);
 
-/// The zone of the machine's user now (TZ, else /etc/localtime), read afresh: UTC when the machine does not know.
+/// The zone that a text for people most likely means, such as "(UTC+01:00) Amsterdam, Berlin, Bern" or
+/// "GMT+0200"; nothing when it names neither a known city nor an offset. A guess: a definition in the file is
+/// better, so ask only when findZone knows nothing and the file defines no zone of this name.
+ZonePtr guessZone(std::string_view displayName);
+
+/// Zones that are found from now on are read afresh: for long-lived processes, after the machine's zone data
+/// was updated. Zones in use stay as they are.
+void forgetZones();
+
+/// The zone of the machine's user now (TZ, else /etc/localtime), read afresh: UTC when the machine does not
+/// know.
 ZonePtr viewerZone();
+
+/// The same, but nothing when the machine does not know.
+ZonePtr knownViewerZone();
 
 /// One STANDARD or DAYLIGHT part of a VTIMEZONE (RFC 5545, section 3.6.5).
 struct Observance {
@@ -44,7 +59,8 @@ struct Observance {
     std::vector<LocalSeconds> additionalOnsets; ///< RDATEs
 };
 
-/// The zone that a file defines itself.
+/// The zone that a file defines itself; nothing when it has no observance. Before the first onset the zone
+/// has that onset's `offsetFrom`.
 ZonePtr makeZone(std::string tzid, std::vector<Observance> observances);
 
 }
