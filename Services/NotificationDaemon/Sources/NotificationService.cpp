@@ -1,0 +1,205 @@
+#include "NotificationDaemon/NotificationService.h"
+
+#include "NotificationDaemon/Log.h"
+#include "NotificationDaemonProtocol/Names.h"
+#include "NotificationDaemonProtocol/RequestMessage.h"
+
+#include <new>
+#include <sdbus-c++/sdbus-c++.h>
+#include <unistd.h>
+
+namespace Tinkra::NotificationDaemon {
+
+using namespace NotificationDaemonProtocol;
+
+namespace {
+
+constexpr std::int32_t kDenied = 1;
+constexpr std::int32_t kAuthorized = 2;
+
+/// An answer that lists everything counts as many calls.
+constexpr std::size_t kRequestsPerCall = 100;
+constexpr std::size_t kLongestIdentifier = 4096;
+
+sdbus::Error refusalFor(CallerPolicy::Verdict verdict)
+{
+    switch (verdict) {
+    case CallerPolicy::Verdict::OtherUser:
+        return sdbus::Error(Error::kAccessDenied, "only programs of the same user may call");
+    case CallerPolicy::Verdict::Sandboxed:
+        return sdbus::Error(Error::kAccessDenied, "sandboxed programs may not call");
+    default:
+        return sdbus::Error(Error::kLimitsExceeded, "too many calls: slow down");
+    }
+}
+
+/// What went wrong, in the language of the bus.
+sdbus::Error busError()
+{
+    try {
+        throw;
+    } catch (const sdbus::Error& error) {
+        return error;
+    } catch (const LimitExceeded& error) {
+        return sdbus::Error(Error::kLimitsExceeded, error.what());
+    } catch (const StoreError& error) {
+        return sdbus::Error(Error::kIOError, error.what());
+    } catch (const std::bad_alloc&) {
+        return sdbus::Error(Error::kNoMemory, "out of memory");
+    } catch (const std::exception& error) {
+        return sdbus::Error(Error::kFailed, error.what());
+    }
+}
+
+}
+
+NotificationService::NotificationService(sdbus::IConnection& connection, NotificationCenter& center,
+    DesktopNotificationServer& server, std::function<Moment()> now, std::string inMemoryReason)
+    : m_center(center)
+    , m_server(server)
+    , m_now(std::move(now))
+    , m_inMemoryReason(std::move(inMemoryReason))
+    , m_callers(geteuid())
+    , m_object(sdbus::createObject(connection, kObjectPath))
+{
+    registerMethod("Add", "sa{sv}", "", &NotificationService::add);
+    registerMethod("RemovePending", "as", "", &NotificationService::removePending);
+    registerMethod("PendingIdentifiers", "", "as", &NotificationService::pendingIdentifiers);
+    registerMethod("Pending", "", "aa{sv}", &NotificationService::pending);
+    registerMethod("RequestAuthorization", "u", "b", &NotificationService::requestAuthorization);
+    registerMethod("AuthorizationStatus", "", "i", &NotificationService::authorizationStatus);
+    registerMethod("Status", "", "a{sv}", &NotificationService::status);
+    registerMethod("AcknowledgeReset", "", "", &NotificationService::acknowledgeReset);
+    registerMethod("Missed", "", "aa{sv}", &NotificationService::missed);
+    m_object->registerSignal(kInterface, "StoreWasReset", "");
+    m_object->registerSignal(kInterface, "Delivered", "sa{sv}");
+    m_object->finishRegistration();
+}
+
+void NotificationService::registerMethod(const char* name, const char* in, const char* out, Handler handler)
+{
+    m_object->registerMethod(kInterface, name, in, out,
+        [this, name, handler](sdbus::MethodCall call) { serve(call, name, handler); });
+}
+
+void NotificationService::serve(sdbus::MethodCall& call, const char* name, Handler handler)
+{
+    try {
+        admit(call, name);
+        auto reply = call.createReply();
+        (this->*handler)(call, reply);
+        if (!call.doesntExpectReply())
+            reply.send();
+    } catch (...) {
+        const auto error = busError();
+        log(LogLevel::Warning,
+            std::string(name) + " of " + quoted(call.getSender()) + " failed: " + quoted(error.getMessage()));
+        throw error;
+    }
+}
+
+void NotificationService::admit(const sdbus::MethodCall& call, const char* name)
+{
+    const bool listsAll = std::string_view(name).starts_with("Pending");
+    const double weight =
+        listsAll ? 1 + static_cast<double>(m_center.book().listedCount() / kRequestsPerCall) : 1;
+    const auto ask = [&] {
+        return CallerPolicy::Credentials{.user = call.getCredsEuid(), .process = call.getCredsPid()};
+    };
+    const auto verdict = m_callers.judge(call.getSender(), ask, weight, m_now().elapsed);
+    if (verdict != CallerPolicy::Verdict::Welcome)
+        throw refusalFor(verdict);
+}
+
+void NotificationService::add(sdbus::MethodCall& call, sdbus::MethodReply& /*reply*/)
+{
+    std::string identifier;
+    Request request;
+    call >> identifier >> request;
+    if (identifier.empty() || identifier.size() > kLongestIdentifier)
+        throw sdbus::Error(Error::kInvalidArgs, "the identifier must have 1 to 4096 bytes");
+    request.identifier = identifier;
+    m_center.add(request, m_now());
+    log(LogLevel::Info, "added " + quoted(identifier) + " for " + quoted(call.getSender()));
+}
+
+void NotificationService::removePending(sdbus::MethodCall& call, sdbus::MethodReply& /*reply*/)
+{
+    std::vector<std::string> identifiers;
+    call >> identifiers;
+    m_center.removePending(identifiers, m_now());
+    for (const auto& identifier : identifiers)
+        log(LogLevel::Info, "cancelled " + quoted(identifier) + " for " + quoted(call.getSender()));
+}
+
+void NotificationService::pendingIdentifiers(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    reply << m_center.pendingIdentifiers(m_now());
+}
+
+void NotificationService::pending(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    reply << m_center.pending(m_now());
+}
+
+void NotificationService::missed(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    reply << m_center.missed();
+}
+
+void NotificationService::requestAuthorization(sdbus::MethodCall& call, sdbus::MethodReply& reply)
+{
+    std::uint32_t options = 0;
+    call >> options;
+    reply << m_server.isAvailable();
+}
+
+void NotificationService::authorizationStatus(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    reply << (m_server.isAvailable() ? kAuthorized : kDenied);
+}
+
+void NotificationService::acknowledgeReset(sdbus::MethodCall& /*call*/, sdbus::MethodReply& /*reply*/)
+{
+    m_center.acknowledgeReset();
+}
+
+void NotificationService::status(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    m_center.fire(m_now());
+    const auto& book = m_center.book();
+    const auto count = [&](Phase phase) {
+        return sdbus::Variant(static_cast<std::uint32_t>(book.count(phase)));
+    };
+    std::map<std::string, sdbus::Variant> status{
+        {"version", sdbus::Variant(std::string(TINKRA_VERSION))},
+        {"pending", sdbus::Variant(static_cast<std::uint32_t>(book.listedCount()))},
+        {"due", count(Phase::Due)},
+        {"missed", count(Phase::Missed)},
+        {"shown", count(Phase::Shown)},
+        {"storeWasReset", sdbus::Variant(m_center.note("storeWasReset") != 0)},
+        {"lostRecords", sdbus::Variant(static_cast<std::uint32_t>(m_center.note("lostRequests")))},
+        {"inMemory", sdbus::Variant(!m_inMemoryReason.empty())},
+        {"inMemoryReason", sdbus::Variant(m_inMemoryReason)},
+        {"quarantined", sdbus::Variant(m_center.quarantined())},
+        {"serverName", sdbus::Variant(m_server.name())},
+        {"serverCapabilities", sdbus::Variant(m_server.capabilities())},
+    };
+    if (const auto next = m_center.nextTrigger())
+        status["nextFireTime"] = sdbus::Variant(static_cast<double>(*next));
+    reply << status;
+}
+
+void NotificationService::emitStoreWasReset()
+{
+    m_object->emitSignal(m_object->createSignal(kInterface, "StoreWasReset"));
+}
+
+void NotificationService::emitDelivered(const Request& request)
+{
+    auto signal = m_object->createSignal(kInterface, "Delivered");
+    signal << request.identifier << request;
+    m_object->emitSignal(signal);
+}
+
+}

@@ -1,0 +1,117 @@
+#include "NotificationDaemon/SqliteSalvage.h"
+
+#include "NotificationDaemon/RequestRecord.h"
+
+#include <algorithm>
+#include <map>
+#include <sqlite3.h>
+
+namespace Tinkra::NotificationDaemon {
+
+namespace {
+
+constexpr auto kColumns = "SELECT id, state, since, record, checksum, offered FROM request ";
+constexpr std::int64_t kMostLookups = 200000;
+
+/// Steps through `sql` and calls `take` for each row; false when SQLite gave up.
+template <typename Take> bool forEachRow(sqlite3* database, const std::string& sql, Take take)
+{
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v2(database, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK)
+        return false;
+    int result = SQLITE_ROW;
+    while ((result = sqlite3_step(statement)) == SQLITE_ROW)
+        take(statement);
+    sqlite3_finalize(statement);
+    return result == SQLITE_DONE;
+}
+
+/// The rows by id, so that one that is met twice counts once.
+struct Rows {
+    std::map<std::int64_t, StoredRequest> sound;
+    std::map<std::int64_t, bool> damaged;
+
+    void take(sqlite3_stmt* statement)
+    {
+        StoredRequest row;
+        row.id = sqlite3_column_int64(statement, 0);
+        const auto state = sqlite3_column_int64(statement, 1);
+        row.since = sqlite3_column_int64(statement, 2);
+        const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, 3));
+        if (bytes != nullptr)
+            row.record.assign(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, 3)));
+        row.offered = sqlite3_column_int64(statement, 5) != 0;
+        const bool isState = state >= 0 && state <= static_cast<std::int64_t>(StoredState::Quarantined);
+        row.state = isState ? static_cast<StoredState>(state) : StoredState::Pending;
+        if (isState && row.id > 0 && sqlite3_column_int64(statement, 4) == storedChecksum(row))
+            sound.emplace(row.id, std::move(row));
+        else
+            damaged[row.id] = true;
+    }
+};
+
+bool readNotes(sqlite3* database, Notes& notes)
+{
+    return forEachRow(database, "SELECT name, value FROM note", [&](sqlite3_stmt* statement) {
+        const auto* name = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
+        if (name != nullptr)
+            notes[name] = sqlite3_column_int64(statement, 1);
+    });
+}
+
+StoreReading toReading(Rows rows)
+{
+    StoreReading reading;
+    reading.damaged = static_cast<std::int64_t>(rows.damaged.size());
+    for (auto& [id, row] : rows.sound)
+        reading.requests.push_back(std::move(row));
+    return reading;
+}
+
+}
+
+std::int64_t storedChecksum(const StoredRequest& request)
+{
+    const auto numbers = std::to_string(request.id) + ' ' + std::to_string(static_cast<int>(request.state))
+        + ' ' + std::to_string(request.since);
+    return static_cast<std::int64_t>(checksum(request.record, checksum(numbers)));
+}
+
+StoreReading readStore(sqlite3* database)
+{
+    Rows rows;
+    const bool all = forEachRow(database, std::string(kColumns) + "ORDER BY id",
+        [&](sqlite3_stmt* statement) { rows.take(statement); });
+    auto reading = toReading(std::move(rows));
+    reading.isComplete = readNotes(database, reading.notes) && all;
+    return reading;
+}
+
+StoreReading salvageStore(sqlite3* database)
+{
+    Rows rows;
+    std::int64_t low = 0;
+    std::int64_t high = 0;
+    const auto takeUp = [&](sqlite3_stmt* statement) {
+        low = std::max(low, static_cast<std::int64_t>(sqlite3_column_int64(statement, 0)));
+        rows.take(statement);
+    };
+    const auto takeDown = [&](sqlite3_stmt* statement) {
+        high = sqlite3_column_int64(statement, 0);
+        rows.take(statement);
+    };
+    if (!forEachRow(database, std::string(kColumns) + "ORDER BY id", takeUp)) {
+        forEachRow(database, std::string(kColumns) + "ORDER BY id DESC", takeDown);
+        if (high == 0)
+            high = low + kMostLookups;
+        for (auto id = low + 1; id < high && id - low < kMostLookups; ++id)
+            forEachRow(database, std::string(kColumns) + "WHERE id = " + std::to_string(id),
+                [&](sqlite3_stmt* statement) { rows.take(statement); });
+    }
+    auto reading = toReading(std::move(rows));
+    readNotes(database, reading.notes);
+    reading.isComplete = false;
+    return reading;
+}
+
+}
