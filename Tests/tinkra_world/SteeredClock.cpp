@@ -1,8 +1,9 @@
-// A preloaded library that shows a program a clock which a test can set while the program runs: real time
-// plus the offset in the file named by TINKRA_CLOCK (one std::int64_t, nanoseconds), which is shared memory.
-// Covers CLOCK_REALTIME as read by clock_gettime(2), gettimeofday(2) and time(2), and absolute timers of
-// timerfd_create(2), a set clock's ECANCELED (TFD_TIMER_CANCEL_ON_SET) included. The monotonic clocks stay.
-// It neither allocates nor looks up symbols, so that it works below the sanitizers' own start-up.
+// A preloaded library that shows a program clocks which a test can set while the program runs: real time and
+// the time since boot, plus the offsets in the file named by TINKRA_CLOCK (two std::int64_t, nanoseconds),
+// which is shared memory. Covers CLOCK_REALTIME as read by clock_gettime(2), gettimeofday(2) and time(2), its
+// absolute timers by timerfd_create(2), a set clock's ECANCELED (TFD_TIMER_CANCEL_ON_SET) included, and the
+// reading of CLOCK_BOOTTIME, which goes on while a machine sleeps. CLOCK_MONOTONIC, which does not, stays. It
+// neither allocates nor looks up symbols, so that it works below the sanitizers' own start-up.
 
 #include <array>
 #include <atomic>
@@ -29,26 +30,30 @@ struct Timer {
     std::atomic<std::int64_t> target = 0; ///< In nanoseconds of the shown clock; 0 when disarmed.
 };
 
-std::array<Timer, kTrackedDescriptors> g_timers;
-std::atomic<const std::atomic<std::int64_t>*> g_offset = nullptr;
+struct Offsets {
+    std::atomic<std::int64_t> realTime = 0;
+    std::atomic<std::int64_t> bootTime = 0;
+};
 
-std::int64_t offsetNow()
+std::array<Timer, kTrackedDescriptors> g_timers;
+std::atomic<const Offsets*> g_offsets = nullptr;
+
+const Offsets& offsets()
 {
-    const auto* offset = g_offset.load();
-    if (offset == nullptr) {
-        static const std::atomic<std::int64_t> none = 0;
-        offset = &none;
+    const auto* offsets = g_offsets.load();
+    if (offsets == nullptr) {
+        static const Offsets none;
+        offsets = &none;
         if (const char* path = std::getenv("TINKRA_CLOCK")) {
             const auto file = syscall(SYS_openat, AT_FDCWD, path, O_RDONLY | O_CLOEXEC);
-            void* memory =
-                mmap(nullptr, sizeof(std::int64_t), PROT_READ, MAP_SHARED, static_cast<int>(file), 0);
+            void* memory = mmap(nullptr, sizeof(Offsets), PROT_READ, MAP_SHARED, static_cast<int>(file), 0);
             if (memory != MAP_FAILED)
-                offset = static_cast<const std::atomic<std::int64_t>*>(memory);
+                offsets = static_cast<const Offsets*>(memory);
             syscall(SYS_close, file);
         }
-        g_offset = offset;
+        g_offsets = offsets;
     }
-    return *offset;
+    return *offsets;
 }
 
 std::int64_t toNanoseconds(const timespec& time)
@@ -62,11 +67,16 @@ timespec toTimespec(std::int64_t nanoseconds)
     return {.tv_sec = (nanoseconds - fraction) / kSecond, .tv_nsec = fraction};
 }
 
-std::int64_t shownTime()
+std::int64_t offsetNow()
+{
+    return offsets().realTime;
+}
+
+std::int64_t shownTime(clockid_t clock, std::int64_t offset)
 {
     timespec real{};
-    syscall(SYS_clock_gettime, CLOCK_REALTIME, &real);
-    return toNanoseconds(real) + offsetNow();
+    syscall(SYS_clock_gettime, clock, &real);
+    return toNanoseconds(real) + offset;
 }
 
 Timer* trackedTimer(int descriptor)
@@ -96,22 +106,25 @@ extern "C" {
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept
 {
-    if (clock != CLOCK_REALTIME && clock != CLOCK_REALTIME_COARSE)
+    if (clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE)
+        *time = toTimespec(shownTime(CLOCK_REALTIME, offsetNow()));
+    else if (clock == CLOCK_BOOTTIME)
+        *time = toTimespec(shownTime(CLOCK_BOOTTIME, offsets().bootTime));
+    else
         return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
-    *time = toTimespec(shownTime());
     return 0;
 }
 
 int gettimeofday(timeval* __restrict time, void* __restrict) noexcept
 {
-    const auto now = toTimespec(shownTime());
+    const auto now = toTimespec(shownTime(CLOCK_REALTIME, offsetNow()));
     *time = {.tv_sec = now.tv_sec, .tv_usec = now.tv_nsec / 1000};
     return 0;
 }
 
 time_t time(time_t* result) noexcept
 {
-    const auto now = toTimespec(shownTime()).tv_sec;
+    const auto now = toTimespec(shownTime(CLOCK_REALTIME, offsetNow())).tv_sec;
     if (result != nullptr)
         *result = now;
     return now;

@@ -59,9 +59,19 @@ class MessageBus:
         self._socket.unlink(missing_ok=True)
         with self._log.open("ab") as log:
             self.process = subprocess.Popen(
-                ["dbus-daemon", f"--config-file={self._configuration}", "--nofork", "--nopidfile", "--nosyslog",
-                 "--print-address=1"],
-                stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=log, env=self._environment)
+                [
+                    "dbus-daemon",
+                    f"--config-file={self._configuration}",
+                    "--nofork",
+                    "--nopidfile",
+                    "--nosyslog",
+                    "--print-address=1",
+                ],
+                stdin=subprocess.DEVNULL,
+                stdout=subprocess.PIPE,
+                stderr=log,
+                env=self._environment,
+            )
         if not self.process.stdout.readline():
             raise AssertionError(f"dbus-daemon did not start: {self._log.read_text()}")
         return self
@@ -83,7 +93,9 @@ class MessageBus:
         """A file for D-Bus activation, read by the bus at once."""
         (self.services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={command}\n")
         connection = self.connect()
-        connection.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig")
+        connection.call(
+            "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig"
+        )
         connection.close()
 
 
@@ -102,15 +114,21 @@ class Connection:
     def call(self, destination, path, interface, method, arguments=None, timeout: float = 10, start=True):
         """The reply as Python values. Raises GLib.Error."""
         flags = Gio.DBusCallFlags.NONE if start else Gio.DBusCallFlags.NO_AUTO_START
-        reply = self.gio.call_sync(destination, path, interface, method, arguments, None, flags,
-                                   int(timeout * 1000), None)
+        reply = self.gio.call_sync(
+            destination, path, interface, method, arguments, None, flags, int(timeout * 1000), None
+        )
         return reply.unpack() if reply is not None else ()
 
     def owner(self, name: str) -> str:
         """The unique name that owns `name`; empty when nobody does."""
         try:
-            return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetNameOwner",
-                             GLib.Variant("(s)", (name,)))[0]
+            return self.call(
+                "org.freedesktop.DBus",
+                "/org/freedesktop/DBus",
+                "org.freedesktop.DBus",
+                "GetNameOwner",
+                GLib.Variant("(s)", (name,)),
+            )[0]
         except GLib.Error:
             return ""
 
@@ -125,8 +143,15 @@ class Connection:
     def _listen(self, interface, signal, arrivals, ready):
         context = GLib.MainContext()
         context.push_thread_default()
-        self.gio.signal_subscribe(None, interface, signal, None, None, Gio.DBusSignalFlags.NONE,
-                                  lambda *arguments: arrivals.append(arguments[5].unpack()))
+        self.gio.signal_subscribe(
+            None,
+            interface,
+            signal,
+            None,
+            None,
+            Gio.DBusSignalFlags.NONE,
+            lambda *arguments: arrivals.append(arguments[5].unpack()),
+        )
         # A round trip, so that the match rule is in force before the caller goes on.
         self.owner("org.freedesktop.DBus")
         ready.set()

@@ -24,9 +24,13 @@ class NoAnswer(Exception):
     """Nobody answered: it is unknown whether the call took effect."""
 
 
-_NOBODY_ANSWERED = ("org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.Disconnected",
-                    "org.freedesktop.DBus.Error.Timeout", "org.freedesktop.DBus.Error.ServiceUnknown",
-                    "org.freedesktop.DBus.Error.NameHasNoOwner")
+_NOBODY_ANSWERED = (
+    "org.freedesktop.DBus.Error.NoReply",
+    "org.freedesktop.DBus.Error.Disconnected",
+    "org.freedesktop.DBus.Error.Timeout",
+    "org.freedesktop.DBus.Error.ServiceUnknown",
+    "org.freedesktop.DBus.Error.NameHasNoOwner",
+)
 
 
 class NotificationCentre:
@@ -61,6 +65,53 @@ class NotificationCentre:
         finally:
             if self.ledger is not None:
                 self.ledger.record(alarm.identifier, alarm, outcome, begin)
+
+    def add_many(self, alarms, refusals_are_fine=False, at_once=200) -> int:
+        """Arms the alarms with up to `at_once` calls under way. Returns how many were refused."""
+        context = GLib.MainContext()
+        context.push_thread_default()
+        under_way, refused = 0, 0
+
+        def answered(connection, result, sent):
+            nonlocal under_way, refused
+            alarm, begin = sent
+            under_way -= 1
+            outcome = "done"
+            try:
+                connection.call_finish(result)
+            except GLib.Error as error:
+                name = Gio.DBusError.get_remote_error(error) or ""
+                outcome = "unknown" if not name or name in _NOBODY_ANSWERED else "refused"
+                refused += 1
+                if not refusals_are_fine:
+                    raise
+            finally:
+                if self.ledger is not None:
+                    self.ledger.record(alarm.identifier, alarm, outcome, begin)
+
+        for alarm in alarms:
+            while under_way >= at_once:
+                context.iteration(True)
+            under_way += 1
+            self.connection.gio.call(
+                NAME,
+                PATH,
+                INTERFACE,
+                "Add",
+                GLib.Variant("(sa{sv})", (alarm.identifier, alarm.request())),
+                None,
+                Gio.DBusCallFlags.NONE,
+                int(self._timeout * 1000),
+                None,
+                answered,
+                (alarm, time.monotonic()),
+            )
+        while under_way:
+            context.iteration(True)
+        context.pop_thread_default()
+        if refused and not refusals_are_fine:
+            raise AssertionError(f"{refused} alarms were refused")
+        return refused
 
     def cancel(self, *identifiers):
         begin = time.monotonic()

@@ -1,4 +1,4 @@
-"""The clock that a program under test sees: the machine's, moved by an offset that a test may change while it runs."""
+"""The clock that a program under test sees: the machine's, moved by an offset that a test may change."""
 
 import ctypes
 import mmap
@@ -13,15 +13,17 @@ _REAL_TIME = "clockid: 0"
 
 
 class SteeredClock:
-    """Real time plus an offset. The monotonic clocks of the programs are left alone (SteeredClock.cpp)."""
+    """Real time plus an offset, and the time since boot plus another (SteeredClock.cpp). The monotonic clock
+    of the programs, which stands still while a machine sleeps, is left alone."""
 
     def __init__(self, folder, library):
         self._path = folder / "clock"
-        self._path.write_bytes(bytes(8))
+        self._path.write_bytes(bytes(16))
         with self._path.open("r+b") as file:
-            self._memory = mmap.mmap(file.fileno(), 8)
+            self._memory = mmap.mmap(file.fileno(), 16)
         self._library = library
         self._offset = 0.0
+        self._slept = 0.0
         self._steps = [(0.0, 0.0)]
 
     @property
@@ -32,13 +34,19 @@ class SteeredClock:
         return time.time() + self._offset
 
     def step(self, seconds: float, tell=()):
-        """Sets the clock forward, or back when negative. Each process of `tell` learns of it at once, as it does
-        from the kernel when its timer was set with TFD_TIMER_CANCEL_ON_SET."""
+        """Sets the clock forward, or back when negative. Each process of `tell` learns of it at once, as it
+        does from the kernel when its timer was set with TFD_TIMER_CANCEL_ON_SET."""
         self._offset += seconds
         self._steps.append((time.monotonic(), self._offset))
         self._memory[:8] = struct.pack("=q", round(self._offset * 1e9))
         for pid in tell:
             _expire_timers(pid)
+
+    def sleep(self, seconds: float, tell=()):
+        """The machine was asleep for so long: real time and the time since boot have gone on."""
+        self._slept += seconds
+        self._memory[8:] = struct.pack("=q", round(self._slept * 1e9))
+        self.step(seconds, tell)
 
     def set(self, instant: float, tell=()):
         self.step(instant - self.now(), tell)
@@ -56,7 +64,8 @@ class SteeredClock:
 
 
 def _expire_timers(pid: int):
-    """Makes the real-time timers of another process readable now (pidfd_getfd(2) needs the right to trace it)."""
+    """Makes the real-time timers of another process readable now (pidfd_getfd(2) needs the right to trace
+    it)."""
     process = _libc.syscall(_SYS_PIDFD_OPEN, pid, 0)
     if process < 0:
         raise OSError(ctypes.get_errno(), "pidfd_open")

@@ -1,10 +1,8 @@
 """The notification daemon under test, started by hand with whatever a fault needs around it."""
 
 import os
-import resource
 import signal
 import subprocess
-import time
 
 from . import processes
 from .client import NAME
@@ -13,36 +11,49 @@ from .client import NAME
 class NotificationDaemon:
     """One daemon of a world; it may be started, ended and started again on the same store."""
 
-    def __init__(self, world, connection):
+    def __init__(self, world, connection, number=1):
         self._world = world
         self._connection = connection
+        self._number = number
         self._process = None
         self._starts = 0
 
-    def start(self, prefix=(), limits=None, environment=None, program=None, umask=None, tracing=None, wait=True,
-              arguments=()):
-        """`prefix` is a command that runs the daemon (it must exec it); `tracing` are strace's options;
-        `limits` maps RLIMIT_x to a value. Returns when the daemon answers to its name, unless `wait` is false."""
+    def start(
+        self,
+        prefix=(),
+        limits=(),
+        environment=None,
+        program=None,
+        umask=None,
+        tracing=None,
+        wait=True,
+        arguments=(),
+    ):
+        """`prefix` is a command that runs the daemon (it must exec it), `limits` are options of prlimit(1),
+        `tracing` those of strace. Returns when the daemon owns its name, unless `wait` is false."""
         assert self._process is None, "the daemon runs already"
         self._world.require_privacy()
-        variables = self._world.environment | self._world.clock.environment() | (environment or {})
-        command = [*prefix, str(program or self._world.program("tinkra-notifierd")), *arguments]
+        variables = self._world.environment | (environment or {})
+        shown_clock = self._world.clock.environment()
+        command = [*prefix]
+        if limits:
+            command += ["prlimit", *limits, "--"]
+        if umask is not None:
+            command += ["sh", "-c", f'umask {umask:03o}; exec "$@"', "sh"]
         if tracing is not None:
-            # -D keeps the daemon our own child, and the tracer its grandchild.
-            command = ["strace", "-D", "-f", "-qq", *tracing, *command]
+            # -D keeps the daemon our own child, the tracer its grandchild. The tracer keeps the real clock.
+            command += ["strace", "-D", "-f", "-qq", *tracing]
+            command += [option for name, value in shown_clock.items() for option in ("-E", f"{name}={value}")]
             variables["ASAN_OPTIONS"] = variables.get("ASAN_OPTIONS", "") + ":detect_leaks=0"
-
-        def prepare():
-            for limit, value in (limits or {}).items():
-                resource.setrlimit(limit, (value, value))
-            if umask is not None:
-                os.umask(umask)
-
+        else:
+            variables |= shown_clock
+        command += [str(program or self._world.program("tinkra-notifierd")), *arguments]
         self._starts += 1
-        self.log = self._world.logs / f"daemon-{id(self) % 10000}-{self._starts}"
+        self.log = self._world.logs / f"daemon-{self._number}-{self._starts}"
         with self.log.open("wb") as log:
-            self._process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=variables,
-                                             preexec_fn=prepare, cwd=self._world.root)
+            self._process = subprocess.Popen(
+                command, stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=variables, cwd=self._world.root
+            )
         if wait:
             self.wait_until_up()
         return self
@@ -55,9 +66,16 @@ class NotificationDaemon:
     def running(self) -> bool:
         return self._process is not None and self._process.poll() is None
 
+    @property
+    def owns_name(self) -> bool:
+        return bool(self._connection.owner(NAME))
+
     def wait_until_up(self, seconds: float = 10):
-        processes.wait_until(lambda: self._connection.owner(NAME) or not self.running, seconds,
-                             f"the daemon to take its name; it wrote: {self.log.read_text()}")
+        processes.wait_until(
+            lambda: self.owns_name or not self.running,
+            seconds,
+            f"the daemon to take its name; it wrote: {self.log.read_text()}",
+        )
         if not self.running:
             status = self.wait()
             raise AssertionError(f"the daemon ended with {status} at its start: {self.log.read_text()}")
@@ -77,9 +95,18 @@ class NotificationDaemon:
         """Its exit status, once it ends by itself."""
         status = self._process.wait(seconds)
         self._process = None
-        # The name is free only when the bus has seen the connection go.
-        processes.wait_until(lambda: not self._connection.owner(NAME), 5, "the name of an ended daemon to be free")
+        processes.wait_until(
+            lambda: not self._connection.owner(NAME), 5, "the name of an ended daemon to be free"
+        )
         return status
+
+    def handles(self) -> int:
+        """How many file descriptors it has open."""
+        return len(os.listdir(f"/proc/{self.pid}/fd"))
+
+    def limit(self, option):
+        """Sets a resource limit while it runs; an option of prlimit(1)."""
+        subprocess.run(["prlimit", f"--pid={self.pid}", option], check=True)
 
     def suspend(self):
         os.kill(self.pid, signal.SIGSTOP)
@@ -103,8 +130,3 @@ class NotificationDaemon:
         if self._process is not None:
             self._process.wait()
             self._process = None
-
-
-def settle(seconds: float):
-    """Real time in which something must not happen."""
-    time.sleep(seconds)

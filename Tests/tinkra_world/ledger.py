@@ -1,8 +1,8 @@
 """What callers were promised, and the check that the promise was kept whatever happened in between.
 
-For each alarm that was acknowledged to the caller and not cancelled: it was shown once or twice, not before its
-second, and not later than max(its second, the end of the outage) + 1 s, unless it was filed as missed rightly; and
-nothing else was shown.
+For each alarm that was acknowledged to the caller and not cancelled: it was shown once or twice, not before
+its second, and not later than max(its second, the end of the outage) + 1 s, unless it was filed as missed
+rightly; and nothing else was shown.
 """
 
 import time
@@ -39,8 +39,8 @@ class Ledger:
         self._outages.append((begin, end))
 
     def possible(self, at: float | None = None) -> dict:
-        """By identifier, what may be armed now: a list of alarms, with None when it may be absent. With `at` (monotonic),
-        what might have been found by somebody who looked at that moment."""
+        """By identifier, what may be armed now: a list of alarms, with None when it may be absent. With `at`
+        (monotonic), what might have been found by somebody who looked at that moment."""
         states = {}
         for entry in self._entries:
             if at is not None and entry.begin > at:
@@ -71,10 +71,12 @@ class Ledger:
             elif not any(alarm and _is_request_of(alarm, request) for alarm in alarms):
                 raise LedgerViolation(f"{identifier} is pending as {request}, possible were {alarms}")
 
-    def check(self, shown, missed=(), clock=None, until=None, allowance: float = 0.0, at: float | None = None):
-        """`shown` are the accepted notifications, `missed` the identifiers filed as missed, both of the whole run. Alarms
-        that are due after `until` (now, when left out) must not have been shown. `allowance` adds to the lateness
-        what the machine itself was late."""
+    def check(
+        self, shown, missed=(), clock=None, until=None, allowance: float = 0.0, at: float | None = None
+    ):
+        """`shown` are the accepted notifications, `missed` the identifiers filed as missed, both of the whole
+        run. Alarms that are due after `until` (now, when left out) must not have been shown. `allowance` adds
+        to the lateness what the machine itself was late."""
         when = {}
         for notification in shown:
             instant = clock.at(notification.monotonic, notification.wall) if clock else notification.wall
@@ -105,8 +107,10 @@ class Ledger:
                 return
             if was_missed and self._latest(alarm) - ALLOWED_LATENESS >= alarm.meeting_start + MISSED_AFTER:
                 return
-        raise LedgerViolation(f"{identifier} was acknowledged, was due and was not shown"
-                              + (", although its meeting is recent" if was_missed else ""))
+        raise LedgerViolation(
+            f"{identifier} was acknowledged, was due and was not shown"
+            + (", although its meeting is recent" if was_missed else "")
+        )
 
     def _latest(self, alarm) -> float:
         bound = alarm.second
@@ -117,6 +121,9 @@ class Ledger:
 
 
 def _is_request_of(alarm, request) -> bool:
-    return (request["body"] == alarm.title and tuple(request["components"]) == alarm.components()
-            and request["userInfo"]["fireDate"] == alarm.fire
-            and request["userInfo"]["meetingStart"] == alarm.meeting_start)
+    return (
+        request["body"] == alarm.title
+        and tuple(request["components"]) == alarm.components()
+        and request["userInfo"]["fireDate"] == alarm.fire
+        and request["userInfo"]["meetingStart"] == alarm.meeting_start
+    )

@@ -1,7 +1,9 @@
-"""A notification server (org.freedesktop.Notifications) that writes down what it shows, and misbehaves on demand.
+"""A notification server (org.freedesktop.Notifications) that writes down what it shows, and misbehaves on
+demand.
 
 The class is the handle that tests hold. The server itself is this file, run as a program of its own, so that
-killing it is real: commands arrive on its standard input and events leave on its standard output, a line of JSON each.
+killing it is real: commands arrive on its standard input and events leave on its standard output, a line of
+JSON each.
 """
 
 import json
@@ -17,7 +19,8 @@ NAME = "org.freedesktop.Notifications"
 PATH = "/org/freedesktop/Notifications"
 
 _XML = """<node><interface name="org.freedesktop.Notifications">
-  <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/>
+  <method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/>
+    <arg type="s" direction="in"/>
     <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="as" direction="in"/>
     <arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
   <method name="CloseNotification"><arg type="u" direction="in"/></method>
@@ -31,13 +34,16 @@ _XML = """<node><interface name="org.freedesktop.Notifications">
 PLAIN = ("body", "actions", "persistence")
 MARKUP = ("body", "body-markup", "actions", "persistence")
 
-# What Notify does. "crash" ends the server before it answers, "crash-after" just behind its answer.
-NORMAL, SLOW, HANG, ERROR, ZERO, CRASH, CRASH_AFTER = "normal", "slow", "hang", "error", "zero", "crash", "crash-after"
+# What Notify does. "hold" shows at once and answers when it is released; "crash" ends the server before it
+# answers, "crash-after" just behind its answer.
+NORMAL, SLOW, HOLD, HANG, ERROR, ZERO = "normal", "slow", "hold", "hang", "error", "zero"
+CRASH, CRASH_AFTER = "crash", "crash-after"
 
 
 @dataclass(frozen=True)
 class Shown:
-    """One Notify call. `accepted` tells whether it was answered with an identifier; times are the real clocks'."""
+    """One Notify call. `accepted` tells whether it was answered with an identifier; times are the real
+    clocks'."""
 
     summary: str
     body: str
@@ -71,7 +77,12 @@ class NotificationServer:
     def start(self):
         self._process = subprocess.Popen(
             ["/usr/bin/python3", "-P", os.path.abspath(__file__)],
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=self._environment, text=True, bufsize=1)
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            env=self._environment,
+            text=True,
+            bufsize=1,
+        )
         self._reader = threading.Thread(target=self._read, args=(self._process,), daemon=True)
         self._answers = []
         self._reader.start()
@@ -87,6 +98,14 @@ class NotificationServer:
         if capabilities is not None:
             command["capabilities"] = list(capabilities)
         self._command(**command)
+
+    def set_next(self, mode):
+        """How it behaves after its next start."""
+        self._mode = mode
+
+    def release(self):
+        """Answers every call that is held."""
+        self._command(release=True)
 
     def give_up_name(self):
         self._command(own=False)
@@ -112,8 +131,11 @@ class NotificationServer:
 
     def wait_for(self, count: int, seconds: float = 10) -> list:
         """The first `count` accepted notifications, as soon as there are that many."""
-        self.wait_until(lambda: len([call for call in self._calls if call.accepted]) >= count, seconds,
-                        f"{count} notifications")
+        self.wait_until(
+            lambda: len([call for call in self._calls if call.accepted]) >= count,
+            seconds,
+            f"{count} notifications",
+        )
         return self.shown
 
     def wait_for_calls(self, count: int, seconds: float = 10) -> list:
@@ -181,8 +203,11 @@ class _Server:
         self._capabilities, self._mode, self._delay, self._count = list(PLAIN), NORMAL, 0.0, 0
         self._next_id = 1
         self._own = False
+        self._held = []
         flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
-        self._bus = Gio.DBusConnection.new_for_address_sync(os.environ["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
+        self._bus = Gio.DBusConnection.new_for_address_sync(
+            os.environ["DBUS_SESSION_BUS_ADDRESS"], flags, None, None
+        )
         self._bus.set_exit_on_close(False)
         interface = Gio.DBusNodeInfo.new_for_xml(_XML).interfaces[0]
         self._bus.register_object(PATH, interface, self._on_call, None, None)
@@ -210,9 +235,24 @@ class _Server:
         self._count = command.get("count", self._count)
         if "own" in command and command["own"] != self._own:
             self._own = command["own"]
-            method, arguments = ("RequestName", ("su", (NAME, 4))) if self._own else ("ReleaseName", ("s", (NAME,)))
-            self._bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-                                self._glib.Variant(f"({arguments[0]})", arguments[1]), None, 0, 5000, None)
+            method, arguments = (
+                ("RequestName", ("su", (NAME, 4))) if self._own else ("ReleaseName", ("s", (NAME,)))
+            )
+            self._bus.call_sync(
+                "org.freedesktop.DBus",
+                "/org/freedesktop/DBus",
+                "org.freedesktop.DBus",
+                method,
+                self._glib.Variant(f"({arguments[0]})", arguments[1]),
+                None,
+                0,
+                5000,
+                None,
+            )
+        if "release" in command:
+            for invocation, server_id in self._held:
+                self._answer(invocation, server_id)
+            self._held.clear()
         if "invoke" in command:
             self._emit("ActionInvoked", "(us)", command["invoke"])
         if "close" in command:
@@ -242,12 +282,22 @@ class _Server:
             if not self._count:
                 self._mode = NORMAL
         application, replaces, icon, summary, body, actions, hints, timeout = parameters.unpack()
-        call = {"application": application, "replaces": replaces, "icon": icon, "summary": summary, "body": body,
-                "actions": actions, "hints": hints, "timeout": timeout, "monotonic": monotonic, "wall": wall}
+        call = {
+            "application": application,
+            "replaces": replaces,
+            "icon": icon,
+            "summary": summary,
+            "body": body,
+            "actions": actions,
+            "hints": hints,
+            "timeout": timeout,
+            "monotonic": monotonic,
+            "wall": wall,
+        }
         if mode == SLOW:
             self._glib.timeout_add(int(self._delay * 1000), self._accept, invocation, call)
-        elif mode in (NORMAL, CRASH_AFTER):
-            self._accept(invocation, call)
+        elif mode in (NORMAL, HOLD, CRASH_AFTER):
+            self._accept(invocation, call, held=mode == HOLD)
             if mode == CRASH_AFTER:
                 os._exit(1)
         else:
@@ -259,13 +309,19 @@ class _Server:
             elif mode == CRASH:
                 os._exit(1)
 
-    def _accept(self, invocation, call):
+    def _accept(self, invocation, call, held=False):
         server_id = call["replaces"] or self._next_id
         self._next_id += not call["replaces"]
         _tell(call | {"accepted": True, "server_id": server_id})
+        if held:
+            self._held.append((invocation, server_id))
+        else:
+            self._answer(invocation, server_id)
+        return False
+
+    def _answer(self, invocation, server_id):
         invocation.return_value(self._glib.Variant("(u)", (server_id,)))
         self._bus.flush_sync(None)
-        return False
 
 
 def _tell(event):

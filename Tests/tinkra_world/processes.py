@@ -59,6 +59,11 @@ def wait_until(condition, seconds: float, what: str, every: float = 0.005):
         time.sleep(every)
 
 
+def settle(seconds: float):
+    """Lets real time pass in which something must not happen."""
+    time.sleep(seconds)
+
+
 def end(process: subprocess.Popen, sig=signal.SIGTERM, seconds: float = 10) -> int:
     """Signals the process and waits for its end; SIGKILL when it does not obey. Returns its exit status."""
     if process.poll() is None:

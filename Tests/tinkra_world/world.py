@@ -14,10 +14,17 @@ from .bus import MessageBus
 from .client import NotificationCentre
 from .clock import SteeredClock
 from .daemon import NotificationDaemon
-from .ledger import Ledger
+from .ledger import Ledger, LedgerViolation
 from .notification_server import NotificationServer
 
-_PASSED_ON = ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "TINKRA_BUILD", "TINKRA_SANITIZED")
+_PASSED_ON = (
+    "ASAN_OPTIONS",
+    "UBSAN_OPTIONS",
+    "LSAN_OPTIONS",
+    "TSAN_OPTIONS",
+    "TINKRA_BUILD",
+    "TINKRA_SANITIZED",
+)
 _REPORTS = ("ERROR: AddressSanitizer", "ERROR: LeakSanitizer", "runtime error:", "WARNING: ThreadSanitizer")
 
 
@@ -52,10 +59,18 @@ class World:
             self.root.chmod(0o711)
         self.zone = zone
         self.environment = {
-            "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "TZ": zone, "HOME": str(self.home),
-            "XDG_DATA_HOME": str(self.data), "XDG_STATE_HOME": str(self.state), "XDG_CONFIG_HOME": str(self.config),
-            "XDG_CACHE_HOME": str(self.cache), "XDG_RUNTIME_DIR": str(self.runtime),
-            "XDG_DATA_DIRS": "/usr/share", "XDG_CONFIG_DIRS": "/etc/xdg", "TMPDIR": str(self._folder("tmp")),
+            "PATH": "/usr/bin:/bin",
+            "LANG": "C.UTF-8",
+            "TZ": zone,
+            "HOME": str(self.home),
+            "XDG_DATA_HOME": str(self.data),
+            "XDG_STATE_HOME": str(self.state),
+            "XDG_CONFIG_HOME": str(self.config),
+            "XDG_CACHE_HOME": str(self.cache),
+            "XDG_RUNTIME_DIR": str(self.runtime),
+            "XDG_DATA_DIRS": "/usr/share",
+            "XDG_CONFIG_DIRS": "/etc/xdg",
+            "TMPDIR": str(self._folder("tmp")),
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.root}/no-system-bus",
             processes.MARK: str(self.root),
         } | {name: os.environ[name] for name in _PASSED_ON if name in os.environ}
@@ -69,31 +84,42 @@ class World:
             (self.root / "bus/socket").chmod(0o777)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
         self._system_bus = None
-        self._counter = 0
+        self._alarms = 0
+        self._daemons = 0
 
     # What a test takes from the world.
 
     def daemon(self) -> NotificationDaemon:
-        return self._keep(NotificationDaemon(self, self._keep(self.bus.connect())))
+        self._daemons += 1
+        return self.keep(NotificationDaemon(self, self.keep(self.bus.connect()), self._daemons))
 
     def notification_server(self, **options) -> NotificationServer:
         """A recording server. At most one that owns the name."""
-        return self._keep(NotificationServer(self.bus.address, self.environment, **options).start())
+        return self.keep(NotificationServer(self.bus.address, self.environment, **options).start())
 
     def client(self, start=False, timeout: float = 10, ledger=True) -> NotificationCentre:
-        return self._keep(NotificationCentre(self.bus.connect(), self.ledger if ledger else None, start, timeout))
+        return self.keep(
+            NotificationCentre(self.bus.connect(), self.ledger if ledger else None, start, timeout)
+        )
 
     def alarm(self, after: float, identifier=None, title=None, lead: float = 300) -> Alarm:
-        """An alarm that fires `after` seconds from now on the world's clock, for a meeting `lead` seconds later."""
-        self._counter += 1
+        """An alarm that fires `after` seconds from now on the world's clock, for a meeting `lead` seconds
+        later."""
+        self._alarms += 1
         fire = self.clock.now() + after
-        return Alarm(identifier or f"alarm-{self._counter}", title or f"Meeting {self._counter}", fire, fire + lead,
-                     self.zone)
+        return Alarm(
+            identifier or f"alarm-{self._alarms}",
+            title or f"Meeting {self._alarms}",
+            fire,
+            fire + lead,
+            self.zone,
+        )
 
     def let_bus_start_daemon(self, program=None):
         """The service file of the daemon, so that a call to its name starts it."""
-        self.bus.add_service("co.calendarmurkel.NotificationCenter",
-                             str(program or self.program("tinkra-notifierd")))
+        self.bus.add_service(
+            "co.calendarmurkel.NotificationCenter", str(program or self.program("tinkra-notifierd"))
+        )
 
     def system_bus(self) -> MessageBus:
         """A system bus of the world's own; until it is asked for, there is none."""
@@ -107,17 +133,26 @@ class World:
         bus = self.system_bus()
         name = {"logind": "org.freedesktop.login1", "timedated": "org.freedesktop.timedate1"}[template]
         with (self.logs / template).open("wb") as log:
-            process = subprocess.Popen(["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", template],
-                                       stdin=subprocess.DEVNULL, stdout=log, stderr=log, env=self.environment)
-        self._keep(_Ended(process))
-        connection = self._keep(bus.connect())
+            process = subprocess.Popen(
+                ["/usr/bin/python3", "-m", "dbusmock", "--system", "--template", template],
+                stdin=subprocess.DEVNULL,
+                stdout=log,
+                stderr=log,
+                env=self.environment,
+            )
+        self.keep(_Ended(process))
+        connection = self.keep(bus.connect())
         processes.wait_until(lambda: connection.owner(name), 10, f"the mock of {template}")
         return connection
 
     def program(self, name: str) -> Path:
         """A program of the build under test."""
-        found = [path for folder in ("Services", "App") for path in (build_folder() / folder).rglob(name)
-                 if path.is_file() and os.access(path, os.X_OK)]
+        found = [
+            path
+            for folder in ("Services", "App")
+            for path in (build_folder() / folder).rglob(name)
+            if path.is_file() and os.access(path, os.X_OK)
+        ]
         if not found:
             raise FileNotFoundError(f"{name} is not below {build_folder()}; build it first")
         return found[0]
@@ -126,13 +161,26 @@ class World:
     def store(self) -> Path:
         return self.state / "tinkra" / "notifications.db"
 
-    def check_ledger(self, server, missed=(), until=None):
-        self.ledger.check(server.shown, missed, self.clock, until, self.machine.lateness())
+    def check_ledger(self, server, missed=(), until=None, within: float = 5):
+        """The ledger check, as soon as everything that is due was shown, or after `within` seconds. What is
+        shown too late stays a violation: the times are those of the showing."""
+        end = time.monotonic() + within
+        while True:
+            try:
+                self.ledger.check(server.shown, missed, self.clock, until, self.machine.lateness())
+                break
+            except LedgerViolation:
+                if time.monotonic() > end:
+                    raise
+            time.sleep(0.02)
 
     def require_privacy(self):
         """Refuses to go on when something a program would use lies outside the world."""
-        for name in ("HOME", "TMPDIR", *(name for name in self.environment if name.startswith("XDG_")
-                                         and not name.endswith("_DIRS"))):
+        for name in (
+            "HOME",
+            "TMPDIR",
+            *(name for name in self.environment if name.startswith("XDG_") and not name.endswith("_DIRS")),
+        ):
             if not Path(self.environment[name]).resolve().is_relative_to(self.root.resolve()):
                 raise TouchesUserData(f"{name}={self.environment[name]} lies outside {self.root}")
         for name in ("DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"):
@@ -176,8 +224,12 @@ class World:
         return left
 
     def _sanitizer_reports(self) -> list:
-        lines = (line for path in [*self.logs.iterdir(), self.root / "bus/log"] if path.is_file()
-                 for line in path.read_text(errors="replace").splitlines())
+        lines = (
+            line
+            for path in [*self.logs.iterdir(), self.root / "bus/log"]
+            if path.is_file()
+            for line in path.read_text(errors="replace").splitlines()
+        )
         return [line for line in lines if any(report in line for report in _REPORTS)]
 
     def _print_logs(self):
@@ -186,7 +238,8 @@ class World:
             if text:
                 print(f"--- {path.name}\n{text[-4000:]}")
 
-    def _keep(self, thing):
+    def keep(self, thing):
+        """`thing.close()` is called when the world ends."""
         self._closing.append(thing)
         return thing
 

@@ -19,7 +19,9 @@ def promised(outcome="done", alarm=ALARM):
 
 
 def shown(at, body="Stand-up"):
-    return Shown(summary="", body=body, accepted=True, wall=at, monotonic=time.monotonic(), server_id=1, replaces=0)
+    return Shown(
+        summary="", body=body, accepted=True, wall=at, monotonic=time.monotonic(), server_id=1, replaces=0
+    )
 
 
 def check(ledger, *notifications, missed=(), until=NOON + 3600):

@@ -9,14 +9,20 @@ from gi.repository import GLib
 
 from tinkra_world import TouchesUserData, World
 from tinkra_world import notification_server as servers
-from tinkra_world.daemon import settle
+from tinkra_world.processes import settle
 
 
 def notify(world, body="hello", timeout=1.0):
     connection = world.bus.connect()
     try:
-        return connection.call(servers.NAME, servers.PATH, servers.NAME, "Notify", GLib.Variant(
-            "(susssasa{sv}i)", ("test", 0, "", "Title", body, [], {}, -1)), timeout)[0]
+        return connection.call(
+            servers.NAME,
+            servers.PATH,
+            servers.NAME,
+            "Notify",
+            GLib.Variant("(susssasa{sv}i)", ("test", 0, "", "Title", body, [], {}, -1)),
+            timeout,
+        )[0]
     finally:
         connection.close()
 
@@ -89,13 +95,26 @@ def test_a_server_can_give_its_name_away_and_take_it_back(world):
 
 
 def date_in(world):
-    return float(subprocess.check_output(["date", "+%s.%N"], env=world.environment | world.clock.environment()))
+    return float(
+        subprocess.check_output(["date", "+%s.%N"], env=world.environment | world.clock.environment())
+    )
 
 
 @pytest.mark.parametrize("offset", [0, 3600, -50 * 365 * 86400, 70 * 365 * 86400])
 def test_programs_see_the_clock_of_the_world(world, offset):
     world.clock.step(offset)
     assert abs(date_in(world) - world.clock.now()) < 5
+
+
+def test_sleeping_moves_the_time_since_boot_and_not_the_monotonic_clock(world):
+    world.clock.sleep(5000)
+    script = "import time as t; print(t.clock_gettime(t.CLOCK_BOOTTIME), t.clock_gettime(t.CLOCK_MONOTONIC))"
+    environment = world.environment | world.clock.environment()
+    boot, monotonic = map(
+        float, subprocess.check_output(["/usr/bin/python3", "-c", script], env=environment).split()
+    )
+    assert abs(boot - time.clock_gettime(time.CLOCK_BOOTTIME) - 5000) < 5
+    assert abs(monotonic - time.monotonic()) < 5
 
 
 WAIT_FOR_TIMER = """
@@ -109,15 +128,20 @@ def arm():
 arm()
 print("armed", flush=True)
 while libc.read(timer, ctypes.create_string_buffer(8), 8) < 0:
-    print(os.strerror(ctypes.get_errno()), flush=True)
+    error = os.strerror(ctypes.get_errno())
     arm()
+    print(error, flush=True)
 print(time.time(), flush=True)
 """
 
 
 def waiting_for(world, due):
-    process = subprocess.Popen(["/usr/bin/python3", "-c", WAIT_FOR_TIMER, str(due)], text=True,
-                               stdout=subprocess.PIPE, env=world.environment | world.clock.environment())
+    process = subprocess.Popen(
+        ["/usr/bin/python3", "-c", WAIT_FOR_TIMER, str(due)],
+        text=True,
+        stdout=subprocess.PIPE,
+        env=world.environment | world.clock.environment(),
+    )
     assert process.stdout.readline() == "armed\n"
     return process
 
