@@ -19,7 +19,8 @@ namespace Tinkra::System {
 /// hold the parts that they use and never the whole, which they may outlive.
 class FolderEventStore::State {
 public:
-    State(std::shared_ptr<Defaults> defaults, FolderStoreOptions options, std::shared_ptr<FileSystem> fileSystem)
+    State(std::shared_ptr<Defaults> defaults, FolderStoreOptions options,
+        std::shared_ptr<FileSystem> fileSystem)
         : m_queryLimit(options.queryLimit)
         , m_access(std::make_shared<FolderAccess>(
               options.roots, std::move(defaults), std::move(options.grantKey), fileSystem))
@@ -60,8 +61,7 @@ public:
 
     // Runs `work` on the reading thread; the task that waits for it resumes where it was, in the end with an
     // exception if the work takes too long. The work itself goes on.
-    template <typename Result>
-    Task<Result> ask(std::function<Result(FolderIndex&)> work)
+    template <typename Result> Task<Result> ask(std::function<Result(FolderIndex&)> work)
     {
         return suspend<Result>([this, work = std::move(work)](Continuation<Result> continuation) {
             begin(work, std::make_shared<PendingQuery<Result>>(std::move(continuation)));
@@ -121,8 +121,8 @@ CalendarAuthorization FolderEventStore::authorizationStatus()
 
 Task<bool> FolderEventStore::requestFullAccess()
 {
-    const bool granted
-        = co_await m_state->ask<bool>([access = m_state->access()](FolderIndex&) { return access->request(); });
+    const bool granted =
+        co_await m_state->ask<bool>([access = m_state->access()](FolderIndex&) { return access->request(); });
     m_state->beginWatching();
     co_return granted;
 }
@@ -138,7 +138,8 @@ Task<std::vector<StoredEvent>> FolderEventStore::events(
     Instant from, Instant to, std::vector<std::string> calendarIdentifiers)
 {
     return m_state->ask<std::vector<StoredEvent>>(
-        [access = m_state->access(), from, to, identifiers = std::move(calendarIdentifiers)](FolderIndex& index) {
+        [access = m_state->access(), from, to, identifiers = std::move(calendarIdentifiers)](
+            FolderIndex& index) {
             return access->isGranted() ? index.events(from, to, identifiers) : std::vector<StoredEvent>{};
         });
 }

@@ -30,8 +30,8 @@ struct FolderStoreOptions {
 /// without its ".ics"; for events the calendar's identifier, "/" and the UID. Links are not followed.
 ///
 /// Access is granted by asking for it while a root can be reached; the first root is made if it is missing.
-/// Without the grant everything is empty. After it, a root that cannot be reached, or a calendar that is asked
-/// for and gone, is an error.
+/// Without the grant everything is empty. After it, a root that cannot be reached, or a calendar that is
+/// asked for and gone, is an error.
 ///
 /// Files are read when events are asked for, and again when they change. Queries run on a thread of the
 /// store's own; one that takes longer than its limit ends with an exception.
@@ -40,8 +40,8 @@ public:
     explicit FolderEventStore(std::shared_ptr<Defaults> defaults, FolderStoreOptions options = {});
 
     /// With other files than the machine's, for tests.
-    FolderEventStore(
-        std::shared_ptr<Defaults> defaults, FolderStoreOptions options, std::shared_ptr<FileSystem> fileSystem);
+    FolderEventStore(std::shared_ptr<Defaults> defaults, FolderStoreOptions options,
+        std::shared_ptr<FileSystem> fileSystem);
 
     ~FolderEventStore() override;
 

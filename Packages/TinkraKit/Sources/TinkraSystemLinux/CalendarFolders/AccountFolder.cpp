@@ -58,7 +58,8 @@ void AccountFolder::noteMissing(FileTime now)
 
 void AccountFolder::dropMissing(const std::function<bool(const CalendarFolder&)>& isOver)
 {
-    std::erase_if(m_calendars, [&](const auto& calendar) { return calendar->missingSince && isOver(*calendar); });
+    std::erase_if(
+        m_calendars, [&](const auto& calendar) { return calendar->missingSince && isOver(*calendar); });
 }
 
 void AccountFolder::appendNotices(
@@ -127,8 +128,8 @@ void AccountFolder::nameCalendars()
     std::set<std::string> taken;
     for (auto& calendar : m_calendars) {
         const auto whole = m_identifier + "/" + calendar->entry();
-        auto identifier
-            = calendar->kind() == CalendarFolder::Kind::SingleFile ? withoutExtension(whole) : whole;
+        auto identifier =
+            calendar->kind() == CalendarFolder::Kind::SingleFile ? withoutExtension(whole) : whole;
         if (!taken.insert(identifier).second)
             taken.insert(identifier = whole);
         calendar->setIdentifier(std::move(identifier));
@@ -162,13 +163,14 @@ CalendarFolder& AccountFolder::calendar(CalendarFolder::Kind kind, const std::st
     const auto precedes = [](const auto& calendar, const auto& key) {
         return std::tuple{calendar->kind(), calendar->entry()} < key;
     };
-    const auto position
-        = std::lower_bound(m_calendars.begin(), m_calendars.end(), std::tuple{kind, entry}, precedes);
+    const auto position =
+        std::lower_bound(m_calendars.begin(), m_calendars.end(), std::tuple{kind, entry}, precedes);
     if (position != m_calendars.end() && (*position)->kind() == kind && (*position)->entry() == entry)
         return **position;
     const bool isFile = kind == CalendarFolder::Kind::SingleFile;
     StoredCalendar description{.title = isFile ? withoutExtension(entry) : entry, .sourceTitle = m_name};
-    return **m_calendars.insert(position, std::make_unique<CalendarFolder>(kind, entry, std::move(description)));
+    return **m_calendars.insert(
+        position, std::make_unique<CalendarFolder>(kind, entry, std::move(description)));
 }
 
 }

@@ -40,7 +40,8 @@ private:
     void takeChanges();
     void list(FileSystem& fileSystem, int folder);
     void nameCalendars();
-    void describeCalendars(FileSystem& fileSystem, FolderWatcher& watcher, const std::function<Descriptor()>& openSelf);
+    void describeCalendars(
+        FileSystem& fileSystem, FolderWatcher& watcher, const std::function<Descriptor()>& openSelf);
     CalendarFolder& calendar(CalendarFolder::Kind kind, const std::string& entry);
 
     std::string m_name;

@@ -18,7 +18,8 @@ bool matters(std::string_view name)
     return isCalendarFile(name) || name == kTitleFile || name == kColorFile;
 }
 
-// The file's text; nothing when there is no such file. An unreadable or half-written one leaves what was known.
+// The file's text; nothing when there is no such file. An unreadable or half-written one leaves what was
+// known.
 template <typename Value, typename Parse>
 void readInto(Value& value, FileSystem& fileSystem, int folder, const char* name, Parse parse)
 {

@@ -78,7 +78,8 @@ public:
     virtual FolderIdentity identityOf(int folder) = 0;
 
     /// Calls `sink` for each entry whose name does not begin with a dot. Throws std::system_error.
-    virtual void forEachEntry(int folder, const std::function<void(const char* name, EntryKind kind)>& sink) = 0;
+    virtual void forEachEntry(
+        int folder, const std::function<void(const char* name, EntryKind kind)>& sink) = 0;
 
     /// The stamp of a regular file, a link not followed; nothing when there is none.
     virtual std::optional<FileStamp> stampOf(int folder, const char* name) = 0;

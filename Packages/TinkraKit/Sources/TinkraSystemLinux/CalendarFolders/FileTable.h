@@ -12,7 +12,8 @@
 
 namespace Tinkra::System {
 
-/// How the newest reading of a file ended, once it was left alone. Anything but `Good` is named in the status.
+/// How the newest reading of a file ended, once it was left alone. Anything but `Good` is named in the
+/// status.
 enum class FileState : std::uint8_t {
     Good,
     NotWhole, ///< BEGIN:VCALENDAR or END:VCALENDAR is missing

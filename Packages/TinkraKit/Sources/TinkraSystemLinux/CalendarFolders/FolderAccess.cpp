@@ -15,8 +15,8 @@ constexpr std::string_view kGranted = "granted";
 
 }
 
-FolderAccess::FolderAccess(std::vector<std::string> roots, std::shared_ptr<Defaults> defaults, std::string key,
-    std::shared_ptr<FileSystem> fileSystem)
+FolderAccess::FolderAccess(std::vector<std::string> roots, std::shared_ptr<Defaults> defaults,
+    std::string key, std::shared_ptr<FileSystem> fileSystem)
     : m_roots(std::move(roots))
     , m_defaults(std::move(defaults))
     , m_key(std::move(key))

@@ -11,8 +11,8 @@
 
 namespace Tinkra::System {
 
-/// Whether the user lets us read the folders. Only the grant is kept; the rest is judged at each question. Safe
-/// to use from any thread.
+/// Whether the user lets us read the folders. Only the grant is kept; the rest is judged at each question.
+/// Safe to use from any thread.
 class FolderAccess {
 public:
     /// `key` names the place of the grant in `defaults`.

@@ -16,8 +16,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Time stamps move in steps of the kernel's tick, up to 10 ms: a file that changed less than two steps ago may
-// change again without a sign.
+// Time stamps move in steps of the kernel's tick, up to 10 ms: a file that changed less than two steps ago
+// may change again without a sign.
 constexpr FileTime kStampStep = 20ms;
 
 // A file that is cut short and was left alone for so long is not on its way to the disk: it is malformed.
@@ -42,7 +42,8 @@ enum class Judgement { Good, Bad, Unsettled, Gone };
 // Trouble of this process or of a file system that is away, not of the one file.
 bool isPassing(int error)
 {
-    constexpr std::array kErrors{EMFILE, ENFILE, ENOMEM, EAGAIN, EINTR, ESTALE, ETIMEDOUT, ENOTCONN, EHOSTDOWN};
+    constexpr std::array kErrors{
+        EMFILE, ENFILE, ENOMEM, EAGAIN, EINTR, ESTALE, ETIMEDOUT, ENOTCONN, EHOSTDOWN};
     return std::find(kErrors.begin(), kErrors.end(), error) != kErrors.end();
 }
 
@@ -143,7 +144,8 @@ const char* describe(FileState state)
 
 bool isCalendarFile(std::string_view name)
 {
-    return name.size() > 4 && name.front() != '.' && strncasecmp(name.data() + name.size() - 4, ".ics", 4) == 0;
+    return name.size() > 4 && name.front() != '.'
+        && strncasecmp(name.data() + name.size() - 4, ".ics", 4) == 0;
 }
 
 FolderContents::FolderContents(std::string onlyFile)
@@ -231,8 +233,8 @@ void FolderContents::readFirst(FileSystem& fileSystem, int folder, std::vector<s
     auto second = readEach(fileSystem, folder, all.subspan(half));
     auto first = other.get();
 
-    first.files.insert(first.files.end(), std::move_iterator{second.files.begin()},
-        std::move_iterator{second.files.end()});
+    first.files.insert(
+        first.files.end(), std::move_iterator{second.files.begin()}, std::move_iterator{second.files.end()});
     m_files.addAll(std::move(first.files));
     for (auto* rest : {&first.rest, &second.rest})
         m_marked.insert(rest->begin(), rest->end());

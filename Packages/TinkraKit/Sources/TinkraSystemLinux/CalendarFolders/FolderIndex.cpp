@@ -44,7 +44,8 @@ std::string folderOf(const RootFolder& root, const AccountFolder& account, const
 void addNotices(std::vector<std::string>& notices, const std::vector<std::string>& more)
 {
     const auto room = kNoticesKept - std::min(kNoticesKept, notices.size());
-    notices.insert(notices.end(), more.begin(), more.begin() + static_cast<std::ptrdiff_t>(std::min(room, more.size())));
+    notices.insert(
+        notices.end(), more.begin(), more.begin() + static_cast<std::ptrdiff_t>(std::min(room, more.size())));
 }
 
 }
@@ -160,7 +161,8 @@ std::vector<std::exception_ptr> FolderIndex::refreshRoots()
     const auto now = m_fileSystem->now();
     for (const auto& root : m_roots) {
         for (const auto& account : root->accounts())
-            account->dropMissing([&](const CalendarFolder& calendar) { return isGoneForGood(calendar, now); });
+            account->dropMissing(
+                [&](const CalendarFolder& calendar) { return isGoneForGood(calendar, now); });
     }
     return troubles;
 }
@@ -205,8 +207,7 @@ bool FolderIndex::isDuplicate(const RootFolder& root) const
     return false;
 }
 
-template <typename Visit>
-void FolderIndex::forEachCalendar(Visit visit)
+template <typename Visit> void FolderIndex::forEachCalendar(Visit visit)
 {
     for (const auto& root : m_roots) {
         if (isDuplicate(*root))

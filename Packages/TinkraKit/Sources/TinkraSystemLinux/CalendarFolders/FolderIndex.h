@@ -15,8 +15,8 @@ namespace Tinkra::System {
 /// Every calendar below the roots, kept in memory and brought up to date before each answer. Blocks, and is
 /// used by one thread at a time.
 ///
-/// Throws `StoreInDoubt` or std::system_error, with a text that names the folder, when it cannot be sure of its
-/// answer.
+/// Throws `StoreInDoubt` or std::system_error, with a text that names the folder, when it cannot be sure of
+/// its answer.
 class FolderIndex {
 public:
     /// `roots` are absolute paths, the user's own first.
@@ -24,7 +24,8 @@ public:
         std::shared_ptr<FolderWatcher> watcher);
 
     std::vector<StoredCalendar> calendars();
-    std::vector<StoredEvent> events(Instant from, Instant to, const std::vector<std::string>& calendarIdentifiers);
+    std::vector<StoredEvent> events(
+        Instant from, Instant to, const std::vector<std::string>& calendarIdentifiers);
     FolderStoreStatus status();
 
     /// Watches the folders if no query has done so yet; true when that was new.
@@ -37,8 +38,7 @@ private:
     bool isGoneForGood(const CalendarFolder& calendar, FileTime now) const;
     bool isDuplicate(const RootFolder& root) const;
 
-    template <typename Visit>
-    void forEachCalendar(Visit visit);
+    template <typename Visit> void forEachCalendar(Visit visit);
 
     std::shared_ptr<FileSystem> m_fileSystem;
     std::shared_ptr<FolderWatcher> m_watcher;

@@ -13,8 +13,8 @@ namespace Tinkra::System {
 namespace {
 
 // Opening and reading are not asked for: our own queries cause no events.
-constexpr std::uint32_t kEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | IN_ATTRIB | IN_MOVED_FROM | IN_MOVED_TO
-    | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_EXCL_UNLINK;
+constexpr std::uint32_t kEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | IN_ATTRIB | IN_MOVED_FROM
+    | IN_MOVED_TO | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_EXCL_UNLINK;
 
 // How long a burst of changes is left to gather before the queue is read.
 constexpr std::chrono::milliseconds kGathering{100};
@@ -30,7 +30,8 @@ std::string describe(int error)
     case EMFILE:
         return "the limit of watching programs is reached (sysctl fs.inotify.max_user_instances)";
     default:
-        return std::string{"folders cannot be watched: "} + std::strerror(error); // NOLINT(concurrency-mt-unsafe)
+        return std::string{"folders cannot be watched: "}
+        + std::strerror(error); // NOLINT(concurrency-mt-unsafe)
     }
 }
 
@@ -123,18 +124,19 @@ void FolderWatcher::listen()
 {
     if (!m_queue.is_open())
         return;
-    m_queue.async_wait(asio::posix::descriptor_base::wait_read, [self = shared_from_this()](asio::error_code error) {
-        if (error)
-            return;
-        self->m_pauseTimer.expires_after(kGathering);
-        self->m_pauseTimer.async_wait([self](asio::error_code interrupted) {
-            if (interrupted)
+    m_queue.async_wait(
+        asio::posix::descriptor_base::wait_read, [self = shared_from_this()](asio::error_code error) {
+            if (error)
                 return;
-            if (self->readQueue())
-                self->schedule({});
-            self->listen();
+            self->m_pauseTimer.expires_after(kGathering);
+            self->m_pauseTimer.async_wait([self](asio::error_code interrupted) {
+                if (interrupted)
+                    return;
+                if (self->readQueue())
+                    self->schedule({});
+                self->listen();
+            });
         });
-    });
 }
 
 void FolderWatcher::postSchedule(NoticeBundle::Clock::duration delay)

@@ -19,9 +19,8 @@ namespace Tinkra::System {
 
 namespace {
 
-constexpr std::array<std::uint32_t, 8> kRemoteFileSystems{
-    NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC,
-    CODA_SUPER_MAGIC, CEPH_SUPER_MAGIC};
+constexpr std::array<std::uint32_t, 8> kRemoteFileSystems{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC,
+    CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC, CODA_SUPER_MAGIC, CEPH_SUPER_MAGIC};
 
 [[noreturn]] void fail(const std::string& what)
 {
@@ -69,9 +68,9 @@ EntryKind kindOf(int folder, const dirent& entry)
         return EntryKind::Link;
     case DT_UNKNOWN: {
         // Some file systems do not tell the type in the listing.
-        struct stat status{};
+        struct stat status { };
         return fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 ? kindFrom(status.st_mode)
-                                                                                 : EntryKind::Other;
+                                                                                : EntryKind::Other;
     }
     default:
         return EntryKind::Other;
@@ -120,7 +119,7 @@ Descriptor LinuxFileSystem::openFolder(int parent, const std::string& name, Link
 
 std::optional<FolderIdentity> LinuxFileSystem::identityOf(const std::string& path)
 {
-    struct stat status{};
+    struct stat status { };
     if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         return std::nullopt;
     return identityFrom(status);
@@ -128,7 +127,7 @@ std::optional<FolderIdentity> LinuxFileSystem::identityOf(const std::string& pat
 
 FolderIdentity LinuxFileSystem::identityOf(int folder)
 {
-    struct stat status{};
+    struct stat status { };
     if (fstat(folder, &status) != 0)
         fail("cannot look at a folder");
     return identityFrom(status);
@@ -159,7 +158,7 @@ void LinuxFileSystem::forEachEntry(
 
 std::optional<FileStamp> LinuxFileSystem::stampOf(int folder, const char* name)
 {
-    struct stat status{};
+    struct stat status { };
     if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
     return stampFrom(status);
@@ -173,7 +172,7 @@ FileReading LinuxFileSystem::readFile(int folder, const char* name, std::size_t 
     if (!file)
         return {.outcome = outcomeOfOpenError(errno), .error = errno};
 
-    struct stat before{};
+    struct stat before { };
     if (fstat(file.get(), &before) != 0)
         return {.outcome = Outcome::Failed, .error = errno};
     const auto stamp = stampFrom(before);
@@ -197,7 +196,7 @@ FileReading LinuxFileSystem::readFile(int folder, const char* name, std::size_t 
         length += static_cast<std::size_t>(count);
     }
 
-    struct stat after{};
+    struct stat after { };
     if (fstat(file.get(), &after) != 0)
         return {.outcome = Outcome::Failed, .stamp = stamp, .error = errno};
     const bool steady = length == size && stampFrom(after) == stamp;
@@ -217,7 +216,7 @@ void LinuxFileSystem::makeFolder(const std::string& path)
 
 bool LinuxFileSystem::reportsChanges(int folder)
 {
-    struct statfs status{};
+    struct statfs status { };
     if (fstatfs(folder, &status) != 0)
         return false;
     const auto type = static_cast<std::uint32_t>(status.f_type);

@@ -9,9 +9,9 @@
 
 namespace Tinkra::System {
 
-/// The task that waits for one query. Letting go of it without an answer fails it, so that no task waits for ever.
-template <typename Result>
-class PendingQuery {
+/// The task that waits for one query. Letting go of it without an answer fails it, so that no task waits for
+/// ever.
+template <typename Result> class PendingQuery {
 public:
     explicit PendingQuery(Continuation<Result> continuation)
         : m_continuation(std::move(continuation))

@@ -102,7 +102,8 @@ void RootFolder::list(FileSystem& fileSystem, FolderWatcher& watcher, FolderIden
 void RootFolder::watchForReturn(FileSystem& fileSystem, FolderWatcher& watcher)
 {
     auto missing = std::filesystem::path{m_path};
-    for (auto parent = missing.parent_path(); missing != parent; missing = parent, parent = parent.parent_path()) {
+    for (auto parent = missing.parent_path(); missing != parent;
+         missing = parent, parent = parent.parent_path()) {
         if (!fileSystem.identityOf(parent.string()))
             continue;
         const auto folder = fileSystem.openFolder(AT_FDCWD, parent.string(), Links::Followed);

@@ -27,7 +27,8 @@ public:
     void refresh(FileSystem& fileSystem, FolderWatcher& watcher);
 
     /// Opens the folder that holds the calendar's files; throws as `refresh` does.
-    Descriptor openFolderOf(FileSystem& fileSystem, const AccountFolder& account, const CalendarFolder& calendar) const;
+    Descriptor openFolderOf(
+        FileSystem& fileSystem, const AccountFolder& account, const CalendarFolder& calendar) const;
 
 private:
     void takeChanges();
