@@ -1,0 +1,19 @@
+#pragma once
+
+#include "TinkraSystem/HealthChecks.h"
+
+#include <string>
+
+namespace Tinkra::System {
+
+// The checks that look at files and limits of the machine alone.
+
+HealthFinding lookAtLoginEntry(); ///< the XDG autostart entry of the notification daemon
+HealthFinding lookAtPreferences(); ///< the files of `DefaultsLinux`
+HealthFinding lookAtChangeNotices(); ///< inotify
+HealthFinding lookAtTimeZone();
+
+/// Where the notification daemon keeps its store.
+std::string notificationStoreFolder();
+
+}
