@@ -15,6 +15,8 @@
 
 namespace Tinkra::ICalendar {
 
+class PackedEvents;
+
 /// One occurrence of an event. The texts live as long as the calendar that gave it.
 struct Occurrence {
     std::string_view uid; ///< the event's UID; for an event without one, a value made from its content
@@ -28,12 +30,13 @@ struct Occurrence {
 struct Limits {
     std::size_t bytes = 32U << 20U; ///< of one text
     std::size_t line = 1U << 20U; ///< of one physical line
-    std::chrono::milliseconds expansionTime{2000}; ///< of processor time, for all events of one text and query
+    std::chrono::milliseconds expansionTime{
+        2000}; ///< of processor time, for all events of one text and query
     ExpansionBudget perEvent;
 };
 
-/// The events of one iCalendar text (RFC 5545), compact and ready to be expanded. Reading never fails: what is
-/// not understood is left out and named in the notices. Immutable; safe to share between threads.
+/// The events of one iCalendar text (RFC 5545), compact and ready to be expanded. Reading never fails: what
+/// is not understood is left out and named in the notices. Immutable; safe to share between threads.
 class Calendar {
 public:
     /// Reads `text`, in UTF-8, UTF-16 with a byte order mark, or Latin-1.
@@ -60,10 +63,9 @@ public:
     std::size_t memoryUse() const;
 
 private:
-    struct Content;
-    explicit Calendar(std::unique_ptr<const Content> content);
+    explicit Calendar(std::unique_ptr<const PackedEvents> events);
 
-    std::unique_ptr<const Content> m_content;
+    std::unique_ptr<const PackedEvents> m_events;
 };
 
 }
