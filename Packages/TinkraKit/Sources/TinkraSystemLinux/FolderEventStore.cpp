@@ -9,11 +9,20 @@
 
 #include <asio/executor_work_guard.hpp>
 
+#include <algorithm>
+#include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
 
 namespace Tinkra::System {
+
+namespace {
+
+// How long closing the store waits for a query that hangs.
+constexpr std::chrono::milliseconds kPatienceAtTheEnd{2000};
+
+}
 
 /// Two threads: one waits (for changes, and for queries that take too long), the other one reads files. Jobs
 /// hold the parts that they use and never the whole, which they may outlive.
@@ -30,6 +39,7 @@ public:
         , m_stayAlive(m_context->get_executor())
         , m_waiting([context = m_context] { context->run(); })
     {
+        m_reading.emplace(std::min(m_queryLimit, kPatienceAtTheEnd));
         m_watcher->start();
     }
     State(const State&) = delete;
@@ -38,6 +48,10 @@ public:
     ~State()
     {
         m_reading.reset();
+        for (const auto& pending : m_pending) {
+            if (const auto query = pending.lock())
+                query->fail(EndableQuery::closed());
+        }
         m_context->stop();
         m_waiting.join();
         // What was begun is ended here, so that nothing in the context keeps the watcher alive.
@@ -72,6 +86,7 @@ private:
     template <typename Result>
     void begin(std::function<Result(FolderIndex&)> work, std::shared_ptr<PendingQuery<Result>> query)
     {
+        remember(query);
         const auto limit = std::make_shared<asio::steady_timer>(*m_context, m_queryLimit);
         limit->async_wait([limit, pending = std::weak_ptr{query}](asio::error_code interrupted) {
             const auto late = pending.lock();
@@ -90,6 +105,13 @@ private:
         });
     }
 
+    void remember(const std::shared_ptr<EndableQuery>& query)
+    {
+        const std::lock_guard lock{m_mutex};
+        std::erase_if(m_pending, [](const auto& pending) { return pending.expired(); });
+        m_pending.push_back(query);
+    }
+
     std::chrono::milliseconds m_queryLimit;
     std::shared_ptr<FolderAccess> m_access;
     ChangeObservers m_observers;
@@ -98,7 +120,9 @@ private:
     std::shared_ptr<FolderIndex> m_index; ///< of the reading thread alone
     asio::executor_work_guard<asio::io_context::executor_type> m_stayAlive;
     std::thread m_waiting;
-    std::optional<QueryThread> m_reading{std::in_place};
+    std::mutex m_mutex;
+    std::vector<std::weak_ptr<EndableQuery>> m_pending; ///< queries that have no answer yet
+    std::optional<QueryThread> m_reading;
 };
 
 FolderEventStore::FolderEventStore(std::shared_ptr<Defaults> defaults, FolderStoreOptions options)

@@ -7,12 +7,6 @@
 
 namespace Tinkra::System {
 
-namespace {
-
-constexpr std::chrono::seconds kPatience{2};
-
-}
-
 struct QueryThread::Queue {
     std::mutex mutex;
     std::condition_variable changed;
@@ -21,8 +15,9 @@ struct QueryThread::Queue {
     bool hasEnded = false;
 };
 
-QueryThread::QueryThread()
-    : m_queue(std::make_shared<Queue>())
+QueryThread::QueryThread(std::chrono::milliseconds patience)
+    : m_patience(patience)
+    , m_queue(std::make_shared<Queue>())
     , m_thread([queue = m_queue] { work(queue); })
 {
 }
@@ -34,7 +29,7 @@ QueryThread::~QueryThread()
     m_queue->isClosed = true;
     dropped.swap(m_queue->jobs);
     m_queue->changed.notify_all();
-    const bool hasEnded = m_queue->changed.wait_for(lock, kPatience, [this] { return m_queue->hasEnded; });
+    const bool hasEnded = m_queue->changed.wait_for(lock, m_patience, [this] { return m_queue->hasEnded; });
     lock.unlock();
     if (hasEnded)
         m_thread.join();
