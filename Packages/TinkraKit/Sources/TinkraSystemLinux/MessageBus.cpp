@@ -3,6 +3,7 @@
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <atomic>
 #include <map>
 #include <vector>
 
@@ -20,18 +21,20 @@ std::exception_ptr busError(const char* name, const std::string& message)
 
 }
 
-/// A call on its way. Whatever becomes of it, its caller hears of it once.
+/// A call on its way. Whatever becomes of it, its caller hears of it once. After that its caller's executor may
+/// be gone, and is left alone.
 struct MessageBus::PendingCall {
-    PendingCall(Executor callersExecutor, std::chrono::milliseconds timeLimit, Call whatToCall)
-        : executor(std::move(callersExecutor))
+    PendingCall(const Executor& callersExecutor, std::chrono::milliseconds timeLimit, Call whatToCall)
+        : executor(callersExecutor)
         , deadline(std::chrono::steady_clock::now() + timeLimit)
         , call(std::move(whatToCall))
         , timer(std::make_shared<asio::steady_timer>(executor, timeLimit))
+        , isOver(std::make_shared<std::atomic_flag>())
     {
-        timer->async_wait([failed = call.failed, timeLimit](const asio::error_code& error) {
-            if (!error)
-                failed(busError(
-                    noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
+        timer->async_wait([failed = call.failed, timeLimit, isOver = isOver](const asio::error_code& error) {
+            if (!error && !isOver->test_and_set())
+                failed(
+                    busError(noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
         });
     }
     PendingCall(const PendingCall&) = delete;
@@ -40,34 +43,37 @@ struct MessageBus::PendingCall {
 
     void fail(std::exception_ptr error)
     {
-        call.failed(std::move(error));
-        forgetLimit();
+        if (end())
+            call.failed(std::move(error));
     }
 
     void answer(sdbus::MethodReply& reply, const sdbus::Error* error)
     {
         if (error != nullptr) {
             fail(std::make_exception_ptr(*error));
-            return;
+        } else if (end()) {
+            try {
+                call.answered(reply);
+            } catch (const sdbus::Error&) {
+                call.failed(std::current_exception());
+            }
         }
-        try {
-            call.answered(reply);
-        } catch (const sdbus::Error&) {
-            call.failed(std::current_exception());
-        }
-        forgetLimit();
     }
 
-    // A timer is touched on the executor of its caller alone.
-    void forgetLimit()
+    /// True for the first who asks. A timer is touched on the executor of its caller alone.
+    bool end()
     {
+        if (isOver->test_and_set())
+            return false;
         asio::post(executor, [timer = timer] { timer->cancel(); });
+        return true;
     }
 
     Executor executor;
     std::chrono::steady_clock::time_point deadline;
     Call call;
     std::shared_ptr<asio::steady_timer> timer;
+    std::shared_ptr<std::atomic_flag> isOver;
 };
 
 /// One connection from its first call to its end, shared by the bus and the connection's own thread.
