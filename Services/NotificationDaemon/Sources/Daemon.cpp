@@ -163,13 +163,13 @@ void Daemon::load(const StateDirectory& directory)
 
 void Daemon::delivered(const NotificationDaemonProtocol::Request& request)
 {
-    log(LogLevel::Info, "shown " + quoted(request.identifier));
+    log(LogLevel::Info, "shown " + inQuotes(request.identifier));
     m_service.emitDelivered(request);
 }
 
 void Daemon::undeliverable(const NotificationDaemonProtocol::Request& request)
 {
-    log(LogLevel::Alert, "due, but no notification server takes it: " + quoted(request.identifier));
+    log(LogLevel::Alert, "due, but no notification server takes it: " + inQuotes(request.identifier));
     m_fallback.sound();
 }
 

@@ -138,7 +138,7 @@ void DesktopNotificationServer::notify(std::int64_t token, const Notification& n
             std::vector<std::string>{"default", "Open"}, hintsFor(notification), kNeverExpires)
         .uponReplyInvoke([this, token](const sdbus::Error* error, std::uint32_t serverID) {
             if (error != nullptr)
-                log(LogLevel::Warning, "the notification server refused: " + quoted(error->what()));
+                log(LogLevel::Warning, "the notification server refused: " + inQuotes(error->what()));
             m_handlers.answered(token, error != nullptr ? 0 : serverID);
         });
 }

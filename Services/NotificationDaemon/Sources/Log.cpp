@@ -27,7 +27,7 @@ void appendEscaped(std::string& out, char c)
 
 }
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     std::string out = "\"";
     for (const char c : text.substr(0, kLongestQuote))

@@ -19,6 +19,6 @@ enum class LogLevel {
 void log(LogLevel level, const std::string& line);
 
 /// `text` in quotes, shortened, one line, every unusual byte escaped.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 
 }

@@ -33,6 +33,7 @@ constexpr std::size_t kMostMissed = 1000;
 
 // Nothing is forgotten because of its age until the clock has not been set for this long, in milliseconds.
 constexpr std::int64_t kClockIsSettledAfter = 3600000;
+constexpr std::int64_t kLargeStep = 600000;
 constexpr std::int64_t kClearUpEvery = 3600000;
 
 // The application arms 30 days ahead; five days before the last of these alarms the user is told.
@@ -62,7 +63,7 @@ void NotificationCenter::load(const std::vector<StoredRequest>& stored, Notes no
     const std::set<std::int64_t>& quarantine, Moment now)
 {
     m_notes = std::move(notes);
-    m_lastWall = now.wall;
+    m_last = now;
     m_clockSetAt = now.elapsed;
     m_clearedUpAt = now.elapsed;
 
@@ -240,10 +241,10 @@ std::vector<std::string> NotificationCenter::quarantined() const
 
 void NotificationCenter::noteClock(Moment now)
 {
-    const bool wentBack = now.wall < m_lastWall;
-    const bool leapt = now.wall > m_lastWall + 3600;
-    m_lastWall = now.wall;
-    if (wentBack || leapt)
+    const bool wentBack = now.wall < m_last.wall;
+    const auto drift = (now.wall - m_last.wall) * 1000 - (now.elapsed - m_last.elapsed);
+    m_last = now;
+    if (std::abs(drift) > kLargeStep)
         m_clockSetAt = now.elapsed;
     if (wentBack)
         reconsider(now);
@@ -295,8 +296,7 @@ void NotificationCenter::moveDue(Moment now)
 
     std::erase_if(m_deliveries, [&](const auto& pair) {
         auto& entry = *m_book.find(pair.first.second);
-        const bool waits = pair.second.waits && !pair.second.isLate;
-        if (waits || !isTooOld(entry))
+        if (isWaiting(pair.second) || !isTooOld(entry))
             return false;
         setPhase(entry, Phase::Missed, now.wall);
         return true;
@@ -316,27 +316,42 @@ void NotificationCenter::offer(Moment now)
 {
     std::size_t unanswered = 0;
     for (auto& [slot, delivery] : m_deliveries) {
-        if (delivery.waits && !delivery.isLate && now.elapsed - delivery.offeredAt >= kAnswerTime) {
+        if (isWaiting(delivery) && now.elapsed - delivery.offeredAt >= kAnswerTime) {
             delivery.isLate = true;
             delivery.nextOffer = delivery.offeredAt
                 + (delivery.offers < kOffersBeforePatience ? kRetryTime : kPatientRetryTime);
             reportUndeliverable(*m_book.find(slot.second), delivery);
         }
-        unanswered += delivery.waits && !delivery.isLate ? 1 : 0;
+        unanswered += isWaiting(delivery) ? 1 : 0;
     }
 
-    m_nextRetry.reset();
     for (auto& [slot, delivery] : m_deliveries) {
-        const bool isWaiting = delivery.waits && !delivery.isLate;
-        if (!isWaiting && delivery.nextOffer <= now.elapsed && unanswered < kMostUnanswered) {
-            offerOne(*m_book.find(slot.second), delivery, now);
+        if (isWaiting(delivery) || delivery.nextOffer > now.elapsed || unanswered >= kMostUnanswered)
+            continue;
+        offerOne(*m_book.find(slot.second), delivery, now);
+        ++unanswered;
+    }
+}
+
+std::optional<std::int64_t> NotificationCenter::nextRetry() const
+{
+    std::optional<std::int64_t> next;
+    const auto consider = [&](std::int64_t elapsed) { next = std::min(next.value_or(elapsed), elapsed); };
+    std::size_t unanswered = 0;
+    for (const auto& [slot, delivery] : m_deliveries) {
+        if (isWaiting(delivery)) {
+            consider(delivery.offeredAt + kAnswerTime);
             ++unanswered;
         }
-        const auto next =
-            delivery.waits && !delivery.isLate ? delivery.offeredAt + kAnswerTime : delivery.nextOffer;
-        if (next > now.elapsed)
-            m_nextRetry = std::min(m_nextRetry.value_or(next), next);
     }
+    // Otherwise the others wait for an answer, not for a time.
+    if (unanswered < kMostUnanswered) {
+        for (const auto& [slot, delivery] : m_deliveries) {
+            if (!isWaiting(delivery))
+                consider(delivery.nextOffer);
+        }
+    }
+    return next;
 }
 
 void NotificationCenter::offerOne(Entry& entry, Delivery& delivery, Moment now)
@@ -380,7 +395,6 @@ void NotificationCenter::answered(std::int64_t token, std::uint32_t serverID, Mo
         auto& delivery = found->second;
         delivery.waits = false;
         delivery.nextOffer = now.elapsed + kRetryTime;
-        m_nextRetry = std::min(m_nextRetry.value_or(delivery.nextOffer), delivery.nextOffer);
         reportUndeliverable(*entry, delivery);
         return;
     }
@@ -425,11 +439,6 @@ std::optional<std::int64_t> NotificationCenter::nextTrigger() const
     if (m_book.schedule().empty())
         return std::nullopt;
     return m_book.schedule().begin()->first;
-}
-
-std::optional<std::int64_t> NotificationCenter::nextRetry() const
-{
-    return m_nextRetry;
 }
 
 // --- the store

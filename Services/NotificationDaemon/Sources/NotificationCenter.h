@@ -99,6 +99,8 @@ private:
         bool reported = false; ///< undeliverable() was called
     };
 
+    static bool isWaiting(const Delivery& delivery) { return delivery.waits && !delivery.isLate; }
+
     void noteClock(Moment now);
     void reconsider(Moment now);
     void moveDue(Moment now);
@@ -132,10 +134,9 @@ private:
     bool m_mustSurvivePowerCut = false;
     bool m_storeIsBroken = false;
 
-    std::int64_t m_lastWall = 0;
+    Moment m_last;
     std::int64_t m_clockSetAt = 0; ///< elapsed
     std::int64_t m_clearedUpAt = 0; ///< elapsed
-    std::optional<std::int64_t> m_nextRetry;
 };
 
 }

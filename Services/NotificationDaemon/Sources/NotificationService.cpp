@@ -93,7 +93,8 @@ void NotificationService::serve(sdbus::MethodCall& call, const char* name, Handl
     } catch (...) {
         const auto error = busError();
         log(LogLevel::Warning,
-            std::string(name) + " of " + quoted(call.getSender()) + " failed: " + quoted(error.getMessage()));
+            std::string(name) + " of " + inQuotes(call.getSender())
+                + " failed: " + inQuotes(error.getMessage()));
         throw error;
     }
 }
@@ -120,7 +121,7 @@ void NotificationService::add(sdbus::MethodCall& call, sdbus::MethodReply& /*rep
         throw sdbus::Error(Error::kInvalidArgs, "the identifier must have 1 to 4096 bytes");
     request.identifier = identifier;
     m_center.add(request, m_now());
-    log(LogLevel::Info, "added " + quoted(identifier) + " for " + quoted(call.getSender()));
+    log(LogLevel::Info, "added " + inQuotes(identifier) + " for " + inQuotes(call.getSender()));
 }
 
 void NotificationService::removePending(sdbus::MethodCall& call, sdbus::MethodReply& /*reply*/)
@@ -129,7 +130,7 @@ void NotificationService::removePending(sdbus::MethodCall& call, sdbus::MethodRe
     call >> identifiers;
     m_center.removePending(identifiers, m_now());
     for (const auto& identifier : identifiers)
-        log(LogLevel::Info, "cancelled " + quoted(identifier) + " for " + quoted(call.getSender()));
+        log(LogLevel::Info, "cancelled " + inQuotes(identifier) + " for " + inQuotes(call.getSender()));
 }
 
 void NotificationService::pendingIdentifiers(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)

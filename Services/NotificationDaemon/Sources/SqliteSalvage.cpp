@@ -3,6 +3,7 @@
 #include "NotificationDaemon/RequestRecord.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <sqlite3.h>
 
@@ -11,7 +12,8 @@ namespace Tinkra::NotificationDaemon {
 namespace {
 
 constexpr auto kColumns = "SELECT id, state, since, record, checksum, offered FROM request ";
-constexpr std::int64_t kMostLookups = 200000;
+constexpr std::int64_t kMostLookups = 100000;
+constexpr auto kLookupTime = std::chrono::milliseconds(500);
 
 /// Steps through `sql` and calls `take` for each row; false when SQLite gave up.
 template <typename Take> bool forEachRow(sqlite3* database, const std::string& sql, Take take)
@@ -59,6 +61,25 @@ bool readNotes(sqlite3* database, Notes& notes)
     });
 }
 
+/// Asks for each row by its number, for a while. `high` 0: the end is not known.
+void lookUpBetween(sqlite3* database, std::int64_t low, std::int64_t high, Rows& rows)
+{
+    sqlite3_stmt* statement = nullptr;
+    if (sqlite3_prepare_v2(
+            database, (std::string(kColumns) + "WHERE id = ?").c_str(), -1, &statement, nullptr)
+        != SQLITE_OK)
+        return;
+    const auto end = std::min(high == 0 ? INT64_MAX : high, low + kMostLookups);
+    const auto deadline = std::chrono::steady_clock::now() + kLookupTime;
+    for (auto id = low + 1; id < end && std::chrono::steady_clock::now() < deadline; ++id) {
+        sqlite3_bind_int64(statement, 1, id);
+        if (sqlite3_step(statement) == SQLITE_ROW)
+            rows.take(statement);
+        sqlite3_reset(statement);
+    }
+    sqlite3_finalize(statement);
+}
+
 StoreReading toReading(Rows rows)
 {
     StoreReading reading;
@@ -89,6 +110,10 @@ StoreReading readStore(sqlite3* database)
 
 StoreReading salvageStore(sqlite3* database)
 {
+    // Lets SQLite read what is there of a file that is shorter than it should be.
+    sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
+    sqlite3_exec(database, "PRAGMA writable_schema=ON", nullptr, nullptr, nullptr);
+
     Rows rows;
     std::int64_t low = 0;
     std::int64_t high = 0;
@@ -102,11 +127,7 @@ StoreReading salvageStore(sqlite3* database)
     };
     if (!forEachRow(database, std::string(kColumns) + "ORDER BY id", takeUp)) {
         forEachRow(database, std::string(kColumns) + "ORDER BY id DESC", takeDown);
-        if (high == 0)
-            high = low + kMostLookups;
-        for (auto id = low + 1; id < high && id - low < kMostLookups; ++id)
-            forEachRow(database, std::string(kColumns) + "WHERE id = " + std::to_string(id),
-                [&](sqlite3_stmt* statement) { rows.take(statement); });
+        lookUpBetween(database, low, high, rows);
     }
     auto reading = toReading(std::move(rows));
     readNotes(database, reading.notes);
