@@ -44,6 +44,7 @@ ElapsedExpansion::ElapsedExpansion(
     , m_step(stepOf(rule))
     , m_begin(m_zone.toUtc(start.local))
     , m_last(m_begin)
+    , m_searchBegin(m_begin)
     , m_days(rule, floor<days>(start.local))
     , m_clock(
           start.isDate ? DayClock::midnightOnly(m_step) : DayClock(rule, m_step)) // a date begins at midnight
@@ -92,6 +93,7 @@ bool ElapsedExpansion::findFirstStep()
     if (steps == 0 || (r.count && !isPlain))
         return true;
     m_index = steps;
+    m_searchBegin = from;
     return !r.count || m_filter.skip(static_cast<std::uint64_t>(steps - 1));
 }
 
@@ -176,7 +178,7 @@ UtcSeconds ElapsedExpansion::firstChange(UtcSeconds from, UtcSeconds to) const
 /// True when a whole cycle has passed without an instance: the next ones would pass in the same way.
 bool ElapsedExpansion::isBarrenForGood(UtcSeconds utc) const
 {
-    const auto since = std::max(m_last, kZonesAreRegular);
+    const auto since = std::max({m_last, m_searchBegin, kZonesAreRegular});
     return utc > since && (utc - since).count() > m_cycle;
 }
 

@@ -35,6 +35,7 @@ private:
     std::int64_t m_step; // seconds
     UtcSeconds m_begin;
     UtcSeconds m_last; // the last instance taken
+    UtcSeconds m_searchBegin; // nothing before it was looked at
     RuleDays m_days;
     DayClock m_clock;
     SetPositions m_positions;

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <shared_mutex>
 #include <unordered_map>
 
@@ -73,18 +74,17 @@ bool meansUtc(std::string_view name)
         || name == "tzone://Microsoft/Utc";
 }
 
+ZonePtr ianaZone(const std::string& name);
+
 /// The machine's own zone file first: it is updated with the machine, ICU's data with ICU alone.
 ZonePtr loadIanaZone(const std::string& name)
 {
-    if (!isPlainZoneName(name))
-        return nullptr;
     if (auto zone = loadZoneFile(name))
         return zone;
-    if (const auto spelled = zoneNameInAnyCase(name)) {
-        auto zone = loadZoneFile(*spelled);
-        return zone ? zone : makeIcuZone(*spelled);
-    }
-    return nullptr;
+    const auto spelled = zoneNameInAnyCase(name);
+    if (!spelled)
+        return nullptr;
+    return *spelled == name ? makeIcuZone(name) : ianaZone(*spelled);
 }
 
 ZonePtr ianaZone(const std::string& name)

@@ -57,6 +57,8 @@ InstanceFilter::InstanceFilter(const RecurrenceRule& rule, const SeriesStart& st
 
 bool InstanceFilter::isAfterUntil(LocalSeconds local, UtcSeconds utc) const
 {
+    if (local >= kLastDay + days{1})
+        return true;
     if (!m_rule.until)
         return false;
     if (const auto* until = std::get_if<UtcSeconds>(&*m_rule.until)) {

@@ -149,7 +149,7 @@ std::optional<PosixZoneRule> parsePosixZoneRule(std::string_view text)
     PosixZoneRule rule;
     if (!scanner.takeName())
         return std::nullopt;
-    const auto west = scanner.takeTime(24);
+    const auto west = scanner.takeTime(23);
     if (!west)
         return std::nullopt;
     rule.offset = -*west;
@@ -161,7 +161,7 @@ std::optional<PosixZoneRule> parsePosixZoneRule(std::string_view text)
         return std::nullopt;
     daylight.offset = rule.offset + hours{1};
     if (!scanner.isAt(',')) {
-        const auto daylightWest = scanner.takeTime(24);
+        const auto daylightWest = scanner.takeTime(23);
         if (!daylightWest)
             return std::nullopt;
         daylight.offset = -*daylightWest;

@@ -4,7 +4,6 @@
 #include "TinkraICalendar/ZoneTable.h"
 
 #include <bit>
-#include <cstring>
 #include <optional>
 
 namespace Tinkra::ICalendar {
@@ -17,6 +16,7 @@ using std::chrono::year;
 constexpr std::size_t kHeaderSize = 44;
 // Where old files say "since ever", they name a moment long before any calendar.
 constexpr std::int64_t kEarliest = -62'135'596'800; // 0001-01-01
+constexpr std::int64_t kLatest = 253'402'300'800; // 10000-01-01
 
 template <typename Integer> Integer bigEndian(std::string_view bytes, std::size_t at)
 {
@@ -77,6 +77,11 @@ ZonePtr readZoneFile(std::string name, std::string_view bytes)
         return seconds{bigEndian<std::int32_t>(bytes, types + type * 6)};
     };
 
+    for (std::size_t type = 0; type < block->types; ++type) {
+        if (abs(offsetOf(type)) >= std::chrono::hours{24})
+            return nullptr;
+    }
+
     auto initial = offsetOf(0);
     std::vector<ZoneChange> changes;
     for (std::size_t i = 0; i < block->changes; ++i) {
@@ -86,7 +91,7 @@ ZonePtr readZoneFile(std::string name, std::string_view bytes)
         const auto at = bigEndian<std::int64_t>(bytes, times + i * 8);
         if (at < kEarliest)
             initial = offsetOf(type);
-        else
+        else if (at < kLatest)
             changes.push_back({UtcSeconds{seconds{at}}, offsetOf(type)});
     }
 

@@ -21,6 +21,8 @@ sys_days newYear(year of)
     return sys_days{of / January / 1};
 }
 
+constexpr UtcSeconds kFirstChange{sys_days{year{-1} / 1 / 1}};
+constexpr UtcSeconds kLastChange{sys_days{year{10'001} / 1 / 1}};
 const std::int64_t kRepeatsFrom = newYear(kFirstRepeatedYear).time_since_epoch() / seconds{1};
 
 /// The listed year that has the same days as the year `cycle` years after 2000.
@@ -84,6 +86,10 @@ ZoneTable::ZoneTable(
     : m_name(std::move(name))
     , m_after(after)
 {
+    const auto isOutside = [](const ZoneChange& change) {
+        return change.at < kFirstChange || change.at >= kLastChange;
+    };
+    std::erase_if(changes, isOutside); // a damaged file; the years that count are before 10000
     std::stable_sort(changes.begin(), changes.end(), [](auto& a, auto& b) { return a.at < b.at; });
 
     std::vector<std::int64_t> utcSteps;
