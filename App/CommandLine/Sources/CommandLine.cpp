@@ -48,7 +48,7 @@ struct Commands {
 Commands declare(CLI::App& app, Request& request)
 {
     app.set_version_flag("--version", "tinkra " + std::string(version));
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.footer("The manual page tinkra(1) says more.");
 
     const Commands commands{
@@ -165,6 +165,10 @@ ExitCode run(int argumentCount, const char* const* arguments, const Surroundings
         return surroundings.out.flush() ? ExitCode::Success : ExitCode::Failure;
     } catch (const CLI::ParseError& error) {
         surroundings.error << "tinkra: " << printable(error.what()) << "; see \"tinkra --help\"\n";
+        return ExitCode::Usage;
+    }
+    if (app.get_subcommands().empty()) {
+        surroundings.error << "tinkra: a command is missing; see \"tinkra --help\"\n";
         return ExitCode::Usage;
     }
     try {

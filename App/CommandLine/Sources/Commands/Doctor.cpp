@@ -68,6 +68,18 @@ Task<Findings> lookAtCalendars(SessionPtr session)
 {
     const std::string subject = "Calendars";
     Findings findings;
+    switch (session->services.eventStore->authorizationStatus()) {
+    case System::CalendarAuthorization::FullAccess:
+        break;
+    case System::CalendarAuthorization::NotDetermined:
+        findings.push_back({subject, Level::Warning, "Access to calendars has not been granted yet.",
+            "Choose calendars with \"tinkra select\"; this grants it."});
+        co_return findings;
+    default:
+        findings.push_back({subject, Level::Failure, "Calendars may not be read.",
+            "See to the folders below, then choose calendars with \"tinkra select\"."});
+        co_return findings;
+    }
     try {
         const auto selected = session->settings->load().monitoring.selectedCalendarIDs;
         const auto calendars = co_await session->provider->availableCalendars();

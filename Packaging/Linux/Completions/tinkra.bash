@@ -1,0 +1,40 @@
+# Completion of tinkra(1) for bash.
+
+_tinkra_identifiers() {
+    # The last column; identifiers may hold spaces, so it is taken from the JSON form.
+    tinkra calendars --json 2>/dev/null | grep -o '"id":"[^"\\]*"' | sed 's/^"id":"//; s/"$//'
+}
+
+_tinkra() {
+    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+    COMPREPLY=()
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        mapfile -t COMPREPLY < <(compgen -W "calendars select deselect upcoming sync pending occurrences doctor --help --version" -- "$current")
+        return
+    fi
+    case $previous in
+    --days | --from | --to) return ;;
+    esac
+    local options="--help"
+    case $command in
+    calendars | sync | pending | doctor) options+=" --json" ;;
+    upcoming) options+=" --json --days" ;;
+    occurrences) options+=" --json --from --to" ;;
+    select | deselect)
+        if [[ $current != -* ]]; then
+            local IFS=$'\n'
+            mapfile -t COMPREPLY < <(compgen -W "$(_tinkra_identifiers)" -- "$current")
+            COMPREPLY=("${COMPREPLY[@]// /\\ }")
+            return
+        fi
+        ;;
+    esac
+    if [[ $current == -* || $command != occurrences ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
+    else
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -f -- "$current")
+    fi
+}
+
+complete -F _tinkra tinkra
