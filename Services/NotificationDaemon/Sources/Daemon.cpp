@@ -105,6 +105,8 @@ public:
 
 private:
     void load(const StateDirectory& directory);
+    void turn();
+    void outOfMemory();
     void lookAtZone();
     void answerCalls();
     void wait();
@@ -175,26 +177,46 @@ void Daemon::undeliverable(const NotificationDaemonProtocol::Request& request)
 
 int Daemon::run()
 {
-    while (!endWasAskedFor()) {
-        try {
-            lookAtZone();
-            m_center.fire(now());
-            if (!alarmIsImminent()) {
-                answerCalls();
-                m_center.settle(now());
-            }
-            m_timer.arm(m_center.nextTrigger());
-            m_failures = 0;
-        } catch (const std::bad_alloc&) {
-            // Whoever asked for too much has been refused; the alarms go on.
-            log(LogLevel::Error, "out of memory");
-            if (++m_failures > kMostFailures)
-                return EXIT_FAILURE;
+    int status = EXIT_SUCCESS;
+    try {
+        while (!endWasAskedFor()) {
+            turn();
+            wait();
         }
-        wait();
+    } catch (const std::exception& error) {
+        log(LogLevel::Error, error.what());
+        status = EXIT_FAILURE;
     }
     m_center.settle(now());
-    return EXIT_SUCCESS;
+    return status;
+}
+
+void Daemon::turn()
+{
+    try {
+        lookAtZone();
+        m_center.fire(now());
+        if (!alarmIsImminent()) {
+            answerCalls();
+            m_center.settle(now());
+        }
+        m_timer.arm(m_center.nextTrigger());
+        m_failures = 0;
+    } catch (const std::bad_alloc&) {
+        outOfMemory();
+    } catch (const sdbus::Error& error) {
+        if (error.getName() != NotificationDaemonProtocol::Error::kNoMemory)
+            throw;
+        outOfMemory();
+    }
+}
+
+/// Whoever asked for too much has been refused; the alarms go on.
+void Daemon::outOfMemory()
+{
+    log(LogLevel::Error, "out of memory");
+    if (++m_failures > kMostFailures)
+        throw std::runtime_error("out of memory for too long");
 }
 
 /// When something has happened to its file, and now and then where that cannot be watched.

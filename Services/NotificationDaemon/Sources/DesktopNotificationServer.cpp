@@ -69,6 +69,8 @@ DesktopNotificationServer::DesktopNotificationServer(sdbus::IConnection& connect
 
 void DesktopNotificationServer::ownerChanged(const std::string& oldOwner, const std::string& newOwner)
 {
+    ++m_generation;
+    m_waiting.clear();
     m_knowledge = Knowledge::None;
     m_name.clear();
     m_capabilities.clear();
@@ -96,7 +98,10 @@ void DesktopNotificationServer::askForCapabilities()
     m_server->callMethodAsync("GetCapabilities")
         .onInterface(kInterface)
         .withTimeout(kCapabilitiesTime)
-        .uponReplyInvoke([this](const sdbus::Error* error, std::vector<std::string> capabilities) {
+        .uponReplyInvoke([this, asked = m_generation](
+                             const sdbus::Error* error, std::vector<std::string> capabilities) {
+            if (asked != m_generation)
+                return;
             m_readsMarkup = error != nullptr
                 || std::find(capabilities.begin(), capabilities.end(), "body-markup") != capabilities.end();
             m_knowledge = error != nullptr ? Knowledge::None : Knowledge::Complete;
@@ -107,9 +112,10 @@ void DesktopNotificationServer::askForCapabilities()
     m_server->callMethodAsync("GetServerInformation")
         .onInterface(kInterface)
         .withTimeout(kCapabilitiesTime)
-        .uponReplyInvoke([this](const sdbus::Error* error, std::string name, const std::string& /*vendor*/,
-                             const std::string& version, const std::string& /*specification*/) {
-            if (error == nullptr)
+        .uponReplyInvoke([this, asked = m_generation](const sdbus::Error* error, std::string name,
+                             const std::string& /*vendor*/, const std::string& version,
+                             const std::string& /*specification*/) {
+            if (error == nullptr && asked == m_generation)
                 m_name = std::move(name) + " " + version;
         });
 }
@@ -136,11 +142,15 @@ void DesktopNotificationServer::notify(std::int64_t token, const Notification& n
         .withArguments(std::string("Calendar Murkel"), std::uint32_t{0},
             std::string("co.calendarmurkel.Tinkra"), oneLine(notification.summary, kLongestSummary), body,
             std::vector<std::string>{"default", "Open"}, hintsFor(notification), kNeverExpires)
-        .uponReplyInvoke([this, token](const sdbus::Error* error, std::uint32_t serverID) {
-            if (error != nullptr)
-                log(LogLevel::Warning, "the notification server refused: " + inQuotes(error->what()));
-            m_handlers.answered(token, error != nullptr ? 0 : serverID);
-        });
+        .uponReplyInvoke(
+            [this, token, asked = m_generation](const sdbus::Error* error, std::uint32_t serverID) {
+                // What a server that is gone has to say counts no more: its notifications were offered again.
+                if (asked != m_generation)
+                    return;
+                if (error != nullptr)
+                    log(LogLevel::Warning, "the notification server refused: " + inQuotes(error->what()));
+                m_handlers.answered(token, error != nullptr ? 0 : serverID);
+            });
 }
 
 }

@@ -47,6 +47,7 @@ private:
     Handlers m_handlers;
     std::unique_ptr<sdbus::IProxy> m_bus;
     std::unique_ptr<sdbus::IProxy> m_server;
+    unsigned m_generation = 0; ///< counts the owners of the name
     Knowledge m_knowledge = Knowledge::None;
     bool m_hasOwner = false;
     bool m_readsMarkup = true; ///< until it is known, better a stray "&amp;" than a forged link

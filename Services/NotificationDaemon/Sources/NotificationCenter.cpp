@@ -143,12 +143,12 @@ void NotificationCenter::setPhase(Entry& entry, Phase phase, std::int64_t since)
 
 // --- what callers ask for
 
-void NotificationCenter::add(const Request& request, Moment now)
+NotificationCenter::Addition NotificationCenter::add(const Request& request, Moment now)
 {
     fire(now);
     noteContact(now);
     if (m_book.findDelivered(request) != nullptr)
-        return;
+        return Addition::AlreadyDelivered;
 
     auto* replaced = m_book.findListed(request.identifier);
     auto record = encodeRecord(request);
@@ -163,7 +163,7 @@ void NotificationCenter::add(const Request& request, Moment now)
         replaced != nullptr ? replaced->id
                             : (m_book.entries().empty() ? 1 : m_book.entries().rbegin()->first + 1));
     scratch.setPhase(candidate, candidate.trigger < now.wall ? Phase::Past : Phase::Pending, now.wall);
-    commit({.put = {candidate.stored()}, .erase = {}, .notes = {}}, Durability::SurvivesPowerCut);
+    commit({.put = {candidate.stored()}, .erase = {}, .notes = {}}, Durability::SurvivesPowerCut, now);
     crashPoint("added");
 
     const auto id = candidate.id;
@@ -171,6 +171,7 @@ void NotificationCenter::add(const Request& request, Moment now)
     m_changed.erase(id);
     auto& entry = m_book.insert(request, std::move(record), m_zone, id);
     m_book.setPhase(entry, candidate.phase, now.wall);
+    return replaced != nullptr ? Addition::Replaced : Addition::Added;
 }
 
 void NotificationCenter::removePending(const std::vector<std::string>& identifiers, Moment now)
@@ -184,7 +185,8 @@ void NotificationCenter::removePending(const std::vector<std::string>& identifie
     }
     if (removed.empty())
         return;
-    commit({.put = {}, .erase = {removed.begin(), removed.end()}, .notes = {}}, Durability::SurvivesPowerCut);
+    commit({.put = {}, .erase = {removed.begin(), removed.end()}, .notes = {}}, Durability::SurvivesPowerCut,
+        now);
     for (const auto id : removed) {
         m_changed.erase(id);
         m_book.erase(id);
@@ -395,6 +397,8 @@ void NotificationCenter::answered(std::int64_t token, std::uint32_t serverID, Mo
         auto& delivery = found->second;
         delivery.waits = false;
         delivery.nextOffer = now.elapsed + kRetryTime;
+        entry->offered = false; // nobody has seen it
+        m_changed.insert(entry->id);
         reportUndeliverable(*entry, delivery);
         return;
     }
@@ -462,26 +466,30 @@ void NotificationCenter::settle(Moment now)
         clearUp(now);
     if (!isUnsettled())
         return;
+    if (m_nextRecording && now.elapsed < *m_nextRecording)
+        return;
     StoreChange change;
     takeChanges(change);
     try {
-        commit(std::move(change),
-            m_mustSurvivePowerCut ? Durability::SurvivesPowerCut : Durability::SurvivesCrash);
+        commit(change, m_mustSurvivePowerCut ? Durability::SurvivesPowerCut : Durability::SurvivesCrash, now);
         m_changed.clear();
         m_erased.clear();
         m_notesChanged = false;
         m_mustSurvivePowerCut = false;
+        m_nextRecording.reset();
     } catch (const StoreError& error) {
-        // Kept in mind and tried again at the next occasion.
-        log(LogLevel::Error, std::string("what was shown could not be recorded: ") + error.what());
+        // Kept in mind and tried again.
+        if (!m_nextRecording)
+            log(LogLevel::Error, std::string("what was shown could not be recorded: ") + error.what());
+        m_nextRecording = now.elapsed + kRetryTime;
     }
     crashPoint("recorded");
 }
 
-void NotificationCenter::commit(StoreChange change, Durability durability)
+void NotificationCenter::commit(const StoreChange& change, Durability durability, Moment now)
 {
     if (m_storeIsBroken)
-        repairStore();
+        repairStore(now);
     try {
         m_store.apply(change, durability);
     } catch (const StoreError& error) {
@@ -489,13 +497,17 @@ void NotificationCenter::commit(StoreChange change, Durability durability)
             throw;
         log(LogLevel::Error, std::string("the store is written anew: ") + error.what());
         m_storeIsBroken = true;
-        repairStore();
+        repairStore(now);
         m_store.apply(change, durability);
     }
 }
 
-void NotificationCenter::repairStore()
+/// Writing everything is dear, so that it is not tried at every call.
+void NotificationCenter::repairStore(Moment now)
 {
+    if (now.elapsed < m_nextRepair)
+        throw StoreError(StoreError::Kind::Broken, "the store is broken and will be tried again in a moment");
+    m_nextRepair = now.elapsed + kRetryTime;
     std::vector<StoredRequest> everything;
     everything.reserve(m_book.entries().size());
     for (const auto& [id, entry] : m_book.entries())

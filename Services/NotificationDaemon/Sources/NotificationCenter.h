@@ -54,8 +54,14 @@ public:
 
     // What callers ask for.
 
+    enum class Addition {
+        Added,
+        Replaced,
+        AlreadyDelivered, ///< the same request, for the same time, is due or was shown: nothing to do
+    };
+
     /// Kept durably when this returns. Throws StoreError, when nothing has changed, and LimitExceeded.
-    void add(const NotificationDaemonProtocol::Request& request, Moment now);
+    Addition add(const NotificationDaemonProtocol::Request& request, Moment now);
     /// Throws StoreError; then nothing was removed.
     void removePending(const std::vector<std::string>& identifiers, Moment now);
     std::vector<std::string> pendingIdentifiers(Moment now);
@@ -113,8 +119,8 @@ private:
     void clearUp(Moment now);
     void dropOldest(Phase phase, std::size_t keep, std::int64_t before);
     void remindOfSilence(Moment now);
-    void commit(StoreChange change, Durability durability);
-    void repairStore();
+    void commit(const StoreChange& change, Durability durability, Moment now);
+    void repairStore(Moment now);
     void takeChanges(StoreChange& change);
 
     NotificationStore& m_store;
@@ -133,6 +139,8 @@ private:
     bool m_notesChanged = false;
     bool m_mustSurvivePowerCut = false;
     bool m_storeIsBroken = false;
+    std::int64_t m_nextRepair = 0; ///< elapsed
+    std::optional<std::int64_t> m_nextRecording; ///< elapsed; set while the store refuses
 
     Moment m_last;
     std::int64_t m_clockSetAt = 0; ///< elapsed

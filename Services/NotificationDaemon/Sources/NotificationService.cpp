@@ -120,8 +120,11 @@ void NotificationService::add(sdbus::MethodCall& call, sdbus::MethodReply& /*rep
     if (identifier.empty() || identifier.size() > kLongestIdentifier)
         throw sdbus::Error(Error::kInvalidArgs, "the identifier must have 1 to 4096 bytes");
     request.identifier = identifier;
-    m_center.add(request, m_now());
-    log(LogLevel::Info, "added " + inQuotes(identifier) + " for " + inQuotes(call.getSender()));
+    const auto addition = m_center.add(request, m_now());
+    const char* what = addition == NotificationCenter::Addition::Added ? "added "
+        : addition == NotificationCenter::Addition::Replaced           ? "replaced "
+                                                                       : "already delivered: ";
+    log(LogLevel::Info, what + inQuotes(identifier) + " for " + inQuotes(call.getSender()));
 }
 
 void NotificationService::removePending(sdbus::MethodCall& call, sdbus::MethodReply& /*reply*/)

@@ -77,9 +77,10 @@ TEST(NotificationCenter, NeverFiresWhatLayInThePastWhenAddedAndListsItUntilCance
 TEST(NotificationCenter, ReplacesAPendingRequestOfTheSameIdentifier)
 {
     World world;
-    world.add("a", kNoon + 10);
-    world.add("b", kNoon + 20);
-    world.add("a", kNoon + 30);
+    using Addition = NotificationCenter::Addition;
+    EXPECT_EQ(world.center->add(world.request("a", kNoon + 10), world.now), Addition::Added);
+    EXPECT_EQ(world.center->add(world.request("b", kNoon + 20), world.now), Addition::Added);
+    EXPECT_EQ(world.center->add(world.request("a", kNoon + 30), world.now), Addition::Replaced);
 
     EXPECT_THAT(world.pending(), ElementsAre("a", "b"));
     EXPECT_EQ(world.store.requests.size(), 2U);
@@ -423,7 +424,8 @@ TEST(NotificationCenter, TriesARefusedNotificationAgainEveryFiveSecondsAndSounds
     world.pass(4);
     EXPECT_EQ(world.server.calls.size(), 1U);
     world.pass(1);
-    EXPECT_EQ(world.server.calls.size(), 2U);
+    ASSERT_EQ(world.server.calls.size(), 2U);
+    EXPECT_FALSE(world.server.calls[1].notification.repeat) << "nobody has seen it yet";
     world.serverRefusesAll();
     EXPECT_THAT(world.observer.undeliverableIDs, ElementsAre("a"));
     world.pass(5);
@@ -634,6 +636,9 @@ TEST(NotificationCenter, RefusesAdditionsUntilABrokenStoreCouldBeReplaced)
     world.store.failure.reset();
     EXPECT_THROW(world.center->add(world.request("b", kNoon + 20), world.now), StoreError);
     world.store.replacingFails = false;
+    EXPECT_THROW(world.center->add(world.request("b", kNoon + 20), world.now), StoreError)
+        << "not at every call";
+    world.pass(5);
     world.add("b", kNoon + 20);
 
     EXPECT_EQ(world.store.replacements, 1);
