@@ -39,10 +39,13 @@ public:
         return m_zones.try_emplace(std::string(name), std::move(zone)).first->second;
     }
 
-    void clear()
+    void clearIfOlderThan(ZoneFolderState state)
     {
         const std::unique_lock lock(m_mutex);
+        if (m_state == state)
+            return;
         m_zones.clear();
+        m_state = std::move(state);
     }
 
 private:
@@ -50,6 +53,7 @@ private:
 
     mutable std::shared_mutex m_mutex;
     std::unordered_map<std::string, ZonePtr, TextHash, std::equal_to<>> m_zones;
+    std::optional<ZoneFolderState> m_state; // when m_zones was empty
 };
 
 ZoneCache& cache()
@@ -155,9 +159,9 @@ ZonePtr findZone(std::string_view tzid)
     return cache().keep(tzid, lookUp(trimmed(tzid)));
 }
 
-void forgetZones()
+void refreshZones()
 {
-    cache().clear();
+    cache().clearIfOlderThan(zoneFolderState());
 }
 
 }

@@ -1,7 +1,6 @@
 #include "TinkraICalendar/InstanceFilter.h"
 
 #include <algorithm>
-#include <ctime>
 #include <limits>
 
 namespace Tinkra::ICalendar {
@@ -11,20 +10,12 @@ namespace {
 using std::chrono::days;
 using std::chrono::floor;
 using std::chrono::local_days;
-using std::chrono::nanoseconds;
 using std::chrono::seconds;
 
 constexpr local_days kFirstDay{std::chrono::year{0} / 1 / 1};
 constexpr local_days kLastDay{std::chrono::year{9999} / 12 / 31};
 constexpr std::uint32_t kWorkBetweenLooks =
     1024; // a look at the clock costs as much as some twenty instances
-
-nanoseconds threadTime()
-{
-    std::timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return seconds{time.tv_sec} + nanoseconds{time.tv_nsec};
-}
 
 /// The day of a moment as a number, within the years that we know.
 local_days dayOf(UtcSeconds moment)
@@ -107,10 +98,7 @@ bool InstanceFilter::mayGoOn()
 {
     if (++m_work % kWorkBetweenLooks != 0)
         return true;
-    const auto now = threadTime();
-    if (m_began == nanoseconds{0})
-        m_began = now;
-    if (now - m_began <= m_budget.time)
+    if (m_timer.elapsed() <= m_budget.time)
         return true;
     m_end = ExpansionEnd::TooMuchTime;
     return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TinkraICalendar/RuleExpansion.h"
+#include "TinkraICalendar/WorkTimer.h"
 
 #include <cstdint>
 #include <functional>
@@ -47,7 +48,7 @@ private:
     std::uint64_t m_left; // of COUNT
     std::size_t m_passed = 0;
     std::uint32_t m_work = 0;
-    std::chrono::nanoseconds m_began{0}; // on the thread's own clock, once there was work worth measuring
+    WorkTimer m_timer; // begins once there was work worth measuring
     ExpansionEnd m_end = ExpansionEnd::Complete;
 };
 

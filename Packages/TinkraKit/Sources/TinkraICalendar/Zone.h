@@ -39,9 +39,10 @@ ZonePtr findZone(std::string_view tzid);
 /// better, so ask only when findZone knows nothing and the file defines no zone of this name.
 ZonePtr guessZone(std::string_view displayName);
 
-/// Zones that are found from now on are read afresh: for long-lived processes, after the machine's zone data
-/// was updated. Zones in use stay as they are.
-void forgetZones();
+/// Looks whether the machine's zone data was updated or TZDIR names another folder, and if so has zones that
+/// are found from now on read afresh; zones in use stay as they are. For long-lived processes, once a query:
+/// it costs one look at one folder.
+void refreshZones();
 
 /// The zone of the machine's user now (TZ, else /etc/localtime), read afresh: UTC when the machine does not
 /// know.

@@ -18,6 +18,12 @@ constexpr std::size_t kLargestFile = 1U << 20U;
 constexpr std::string_view kFolder = "zoneinfo/";
 const fs::path kMachineZone = "/etc/localtime";
 
+fs::path zoneFolder()
+{
+    const char* folder = std::getenv("TZDIR");
+    return folder && *folder != '\0' ? folder : "/usr/share/zoneinfo";
+}
+
 std::optional<std::string> readFile(const fs::path& path)
 {
     std::error_code error;
@@ -77,8 +83,15 @@ ZonePtr loadZoneFile(const std::string& name)
     // These two count leap seconds, or are not zones.
     if (!isPlainZoneName(name) || name.starts_with("right/") || name == "posixrules" || name == "localtime")
         return nullptr;
-    const char* folder = std::getenv("TZDIR");
-    return loadFile(name, fs::path(folder ? folder : "/usr/share/zoneinfo") / name);
+    return loadFile(name, zoneFolder() / name);
+}
+
+ZoneFolderState zoneFolderState()
+{
+    const auto folder = zoneFolder();
+    std::error_code error;
+    const auto changed = fs::last_write_time(folder, error);
+    return {folder.string(), error ? fs::file_time_type() : changed};
 }
 
 ZonePtr knownViewerZone()

@@ -35,14 +35,14 @@ public:
         if (const char* before = std::getenv(name))
             m_before = before;
         set(value);
-        forgetZones();
+        refreshZones();
     }
     ScopedVariable(const ScopedVariable&) = delete;
     ScopedVariable& operator=(const ScopedVariable&) = delete;
     ~ScopedVariable()
     {
         set(m_before ? m_before->c_str() : nullptr);
-        forgetZones();
+        refreshZones();
     }
 
 private:
@@ -138,7 +138,6 @@ TEST(FindZone, MakesEachZoneOnce)
 
 TEST(FindZone, AnswersManyThreadsWithTheSameZone)
 {
-    forgetZones();
     std::array<ZonePtr, 8> found;
     {
         std::vector<std::jthread> threads;
@@ -159,7 +158,7 @@ TEST(FindZone, StaysRightAfterManyMadeUpNames)
     EXPECT_EQ(nameOf(findZone("Europe/Zurich")), "Europe/Zurich");
 }
 
-TEST(FindZone, ReadsUpdatedZoneDataAfterForgetting)
+TEST(FindZone, ReadsZoneDataOfAnotherFolderAfterALook)
 {
     const ScopedFolder folder;
     fs::create_directories(folder.path() / "Europe");
@@ -170,6 +169,23 @@ TEST(FindZone, ReadsUpdatedZoneDataAfterForgetting)
 
     EXPECT_EQ(offsetAt(before, "20260101"), std::chrono::hours{1});
     EXPECT_EQ(offsetAt(findZone("Europe/Zurich"), "20260101"), std::chrono::hours{9});
+}
+
+TEST(FindZone, ReadsUpdatedZoneDataAfterALook)
+{
+    const ScopedFolder folder;
+    fs::copy_file("/usr/share/zoneinfo/Asia/Tokyo", folder.path() / "CET");
+    const ScopedVariable variable("TZDIR", folder.path().c_str());
+    ASSERT_EQ(offsetAt(findZone("CET"), "20260101"), std::chrono::hours{9});
+
+    // As a package manager does it: a new file takes the place of the old one.
+    fs::copy_file("/usr/share/zoneinfo/Asia/Kathmandu", folder.path() / "CET.new");
+    fs::rename(folder.path() / "CET.new", folder.path() / "CET");
+    fs::last_write_time(folder.path(), fs::last_write_time(folder.path()) + std::chrono::seconds{1});
+    EXPECT_EQ(offsetAt(findZone("CET"), "20260101"), std::chrono::hours{9});
+    refreshZones();
+
+    EXPECT_EQ(offsetAt(findZone("CET"), "20260101"), std::chrono::minutes{345});
 }
 
 TEST(FindZone, FallsBackToTheDataOfIcuWithoutZoneFiles)
