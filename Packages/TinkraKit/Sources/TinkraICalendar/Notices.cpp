@@ -16,13 +16,16 @@ constexpr std::size_t longestQuotation = 60;
 
 void Notices::add(std::size_t line, std::string_view sentence)
 {
-    add("Line " + std::to_string(line) + ": " + std::string{sentence});
+    if (m_sentences.size() < mostSentences)
+        add("Line " + std::to_string(line) + ": " + std::string{sentence});
+    else
+        ++m_leftOut;
 }
 
-void Notices::add(std::string sentence)
+void Notices::add(std::string_view sentence)
 {
     if (m_sentences.size() < mostSentences)
-        m_sentences.push_back(std::move(sentence));
+        appendUtf8(m_sentences.emplace_back(), sentence);
     else
         ++m_leftOut;
 }
