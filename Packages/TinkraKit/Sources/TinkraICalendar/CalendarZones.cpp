@@ -113,6 +113,10 @@ void CalendarZones::resolve(Notices& notices)
     for (const auto& pending : m_pending) {
         if (m_zones[positionOf(pending.index)])
             continue;
+        if (auto guessed = guessZone(pending.tzid)) {
+            settle(pending.index, std::move(guessed));
+            continue;
+        }
         const auto fallback = zone(defaultOf(pending.calendar));
         settle(pending.index, fallback);
         notices.add(pending.line,

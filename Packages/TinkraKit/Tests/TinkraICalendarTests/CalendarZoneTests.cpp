@@ -96,6 +96,13 @@ TEST(CalendarZones, UsesTheLocationOfADefinitionWithoutObservances)
         Lines{"2024-01-04T15:00:00Z"});
 }
 
+TEST(CalendarZones, GuessesFromANameForPeopleOnlyWhatTheFileDoesNotDefine)
+{
+    EXPECT_EQ(startsIn(eventIn(";TZID=\"(UTC-05:00) Eastern Time (US & Canada)\"")),
+        Lines{"2024-01-04T15:00:00Z"});
+    EXPECT_EQ(startsIn(customZone("GMT-0500") + eventIn(";TZID=GMT-0500")), Lines{"2024-01-04T13:30:00Z"});
+}
+
 TEST(CalendarZones, ReadsAnUnknownZoneInTheViewersZoneWithANoticeAndNeverInUtc)
 {
     const auto calendar =
