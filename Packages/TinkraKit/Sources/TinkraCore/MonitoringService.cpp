@@ -69,10 +69,10 @@ Task<ReconcileResult> MonitoringService::runActivePass(Instant now)
         co_await m_provider->meetings(m_configuration.monitoring.selectedCalendarIDs, now, now + m_horizon);
 
     // The configuration may have changed while we waited; the newest one decides.
-    const auto desired = m_engine.desiredAlarms(
+    auto desired = m_engine.desiredAlarms(
         meetings, m_configuration.settings, m_configuration.monitoring.selectedCalendarIDs, now);
     const auto armed = co_await m_scheduler->scheduledAlarmIDs();
-    auto result = m_reconciler.reconcile(desired, armed);
+    auto result = m_reconciler.reconcile(std::move(desired), armed);
 
     co_await m_scheduler->cancel(result.toRemove);
     for (const auto& alarm : result.toAdd)

@@ -1,24 +1,60 @@
 #include "TinkraCore/SyncReconciler.h"
 
-#include <algorithm>
-#include <iterator>
-#include <unordered_set>
+#include "TinkraCore/Models/FetchAhead.h"
+#include "TinkraCore/Models/TextIndex.h"
+
+#include <cstddef>
+#include <utility>
 
 namespace Tinkra {
 
-ReconcileResult SyncReconciler::reconcile(
-    const std::vector<ScheduledAlarm>& desired, const std::vector<Text>& currentIDs) const
-{
-    const std::unordered_set<Text> armed(currentIDs.begin(), currentIDs.end());
-    std::unordered_set<Text> wanted;
-    for (const auto& alarm : desired)
-        wanted.insert(alarm.id);
+namespace {
 
+// How far ahead the memory is asked for what will be read.
+constexpr std::size_t turnsAhead = 12;
+
+std::vector<std::size_t> hashesOf(const std::vector<Text>& texts)
+{
+    std::vector<std::size_t> hashes(texts.size());
+    for (std::size_t turn = 0; turn < texts.size(); ++turn) {
+        if (turn + turnsAhead < texts.size())
+            fetchAhead(texts[turn + turnsAhead]);
+        hashes[turn] = std::hash<Text>{}(texts[turn]);
+    }
+    return hashes;
+}
+
+}
+
+ReconcileResult SyncReconciler::reconcile(
+    std::vector<ScheduledAlarm> desired, const std::vector<Text>& currentIDs) const
+{
+    TextIndex wanted(desired.size());
+    std::vector<std::size_t> firstOfEqual(desired.size());
+    for (std::size_t place = 0; place < desired.size(); ++place)
+        firstOfEqual[place] = wanted.insert(desired[place].id, place);
+
+    const auto hashes = hashesOf(currentIDs);
     ReconcileResult result;
-    std::ranges::copy_if(desired, std::back_inserter(result.toAdd),
-        [&armed](const ScheduledAlarm& alarm) { return !armed.contains(alarm.id); });
-    std::ranges::copy_if(currentIDs, std::back_inserter(result.toRemove),
-        [&wanted](const Text& id) { return !wanted.contains(id); });
+    std::vector<bool> isArmed(desired.size());
+    for (std::size_t turn = 0; turn < currentIDs.size(); ++turn) {
+        if (turn + 2 * turnsAhead < hashes.size())
+            wanted.fetchSlotAhead(hashes[turn + 2 * turnsAhead]);
+        if (turn + turnsAhead < hashes.size()) {
+            wanted.fetchTextAhead(hashes[turn + turnsAhead]);
+            fetchAhead(currentIDs[turn + turnsAhead]);
+        }
+        if (const auto place = wanted.placeOf(currentIDs[turn], hashes[turn]))
+            isArmed[*place] = true;
+        else
+            result.toRemove.push_back(currentIDs[turn]);
+    }
+
+    result.toAdd.reserve(desired.size());
+    for (std::size_t place = 0; place < desired.size(); ++place) {
+        if (!isArmed[firstOfEqual[place]])
+            result.toAdd.push_back(std::move(desired[place]));
+    }
     return result;
 }
 

@@ -10,8 +10,8 @@ namespace Tinkra {
 /// removal and one addition, a renamed one is left alone.
 class SyncReconciler {
 public:
-    ReconcileResult reconcile(
-        const std::vector<ScheduledAlarm>& desired, const std::vector<Text>& currentIDs) const;
+    /// Linear in the length of both lists. `desired` becomes `toAdd`: move it in to spare the copy.
+    ReconcileResult reconcile(std::vector<ScheduledAlarm> desired, const std::vector<Text>& currentIDs) const;
 };
 
 }

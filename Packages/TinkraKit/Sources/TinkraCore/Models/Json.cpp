@@ -142,6 +142,9 @@ nlohmann::ordered_json toLibrary(const Members& object)
 
 std::optional<Value> read(std::string_view document, std::span<const std::string_view> names)
 {
+    // The library takes a NUL for the end of the document, and would accept whatever follows it.
+    if (document.find('\0') != std::string_view::npos)
+        return std::nullopt;
     Reader reader(names);
     if (!nlohmann::json::sax_parse(document.begin(), document.end(), &reader))
         return std::nullopt;
