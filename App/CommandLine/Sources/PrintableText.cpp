@@ -46,6 +46,8 @@ std::size_t columns(UChar32 character)
     const auto type = u_charType(character);
     if (type == U_NON_SPACING_MARK || type == U_ENCLOSING_MARK || type == U_FORMAT_CHAR)
         return 0;
+    if (u_hasBinaryProperty(character, UCHAR_REGIONAL_INDICATOR) != 0)
+        return 2; // half of a flag
     const auto width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
