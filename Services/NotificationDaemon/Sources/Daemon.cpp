@@ -38,6 +38,7 @@ constexpr int kCallsAtATime = 4;
 /// How long before an alarm nothing else is begun, in milliseconds.
 constexpr int kQuietTime = 30;
 constexpr int kMostFailures = 100;
+constexpr int kOpenAttempts = 3;
 /// For an answer of the bus itself.
 constexpr auto kBusTime = std::chrono::seconds(3);
 
@@ -74,20 +75,34 @@ struct OpenedStore {
     std::string inMemoryReason;
 };
 
+/// A disk that fails once, or is full for a moment, is no reason to do without it.
+void openOnDisk(const std::string& file, OpenedStore& opened)
+{
+    for (int attempt = 0; attempt < kOpenAttempts && opened.store == nullptr; ++attempt) {
+        opened.contents = {};
+        try {
+            opened.store = std::make_unique<SqliteStore>(file, opened.contents);
+            opened.inMemoryReason.clear();
+        } catch (const NewerStore& error) {
+            opened.inMemoryReason = error.what();
+            return;
+        } catch (const std::exception& error) {
+            opened.inMemoryReason = error.what();
+            log(LogLevel::Error, opened.inMemoryReason);
+        }
+    }
+}
+
 OpenedStore openStore(const StateDirectory& directory)
 {
     OpenedStore opened;
+    const auto file = directory.file("notifications.db");
     opened.inMemoryReason = directory.problem();
-    if (opened.inMemoryReason.empty()) {
-        try {
-            opened.store = std::make_unique<SqliteStore>(directory.file("notifications.db"), opened.contents);
-        } catch (const std::exception& error) {
-            opened.inMemoryReason = error.what();
-        }
-    }
+    if (opened.inMemoryReason.empty())
+        openOnDisk(file, opened);
     if (opened.store == nullptr) {
         log(LogLevel::Error, "requests are kept in memory only: " + opened.inMemoryReason);
-        opened.contents = {};
+        opened.contents = SqliteStore::read(file);
         opened.store = std::make_unique<NoStore>();
     }
     return opened;
@@ -148,9 +163,9 @@ void Daemon::load(const StateDirectory& directory)
     const auto quarantine = keepsFiles ? CrashedRequests::repeated(crashes) : std::set<std::int64_t>{};
     if (keepsFiles)
         CrashedRequests::record(crashes);
+    m_center.load(m_opened.contents.requests, m_opened.contents.notes, quarantine, now());
     if (m_opened.contents.wasDamaged)
         m_center.storeWasDamaged(m_opened.contents.lost);
-    m_center.load(m_opened.contents.requests, m_opened.contents.notes, quarantine, now());
     m_opened.contents = {};
     if (!quarantine.empty()) {
         log(LogLevel::Error,

@@ -48,6 +48,9 @@ DesktopNotificationServer::DesktopNotificationServer(sdbus::IConnection& connect
     , m_bus(sdbus::createProxy(connection, kBus, "/org/freedesktop/DBus"))
     , m_server(sdbus::createProxy(connection, kName, kPath))
 {
+    // sdbus-c++ opens descriptors of its own for the first variant; at the first alarm there may be none
+    // left.
+    [[maybe_unused]] const auto first = hintsFor({});
     connection.addMatch(
         "type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
         "member='NameOwnerChanged',arg0='org.freedesktop.Notifications'",

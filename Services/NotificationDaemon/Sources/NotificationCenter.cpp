@@ -43,7 +43,6 @@ constexpr std::int64_t kContactGranularity = 3600;
 const std::string kLastContact = "lastContact";
 const std::string kLastShown = "lastShown";
 const std::string kSilenceReported = "silenceReported";
-const std::string kStoreWasReset = "storeWasReset";
 const std::string kLostRequests = "lostRequests";
 
 constexpr std::int64_t kSilenceToken = -1;

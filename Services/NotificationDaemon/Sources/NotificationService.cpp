@@ -19,7 +19,6 @@ constexpr std::int32_t kAuthorized = 2;
 
 /// An answer that lists everything counts as many calls.
 constexpr std::size_t kRequestsPerCall = 100;
-constexpr std::size_t kLongestIdentifier = 4096;
 
 sdbus::Error refusalFor(CallerPolicy::Verdict verdict)
 {
@@ -117,8 +116,8 @@ void NotificationService::add(sdbus::MethodCall& call, sdbus::MethodReply& /*rep
     std::string identifier;
     Request request;
     call >> identifier >> request;
-    if (identifier.empty() || identifier.size() > kLongestIdentifier)
-        throw sdbus::Error(Error::kInvalidArgs, "the identifier must have 1 to 4096 bytes");
+    if (identifier.empty())
+        throw sdbus::Error(Error::kInvalidArgs, "the identifier is empty");
     request.identifier = identifier;
     const auto addition = m_center.add(request, m_now());
     const char* what = addition == NotificationCenter::Addition::Added ? "added "
@@ -166,6 +165,7 @@ void NotificationService::authorizationStatus(sdbus::MethodCall& /*call*/, sdbus
 void NotificationService::acknowledgeReset(sdbus::MethodCall& /*call*/, sdbus::MethodReply& /*reply*/)
 {
     m_center.acknowledgeReset();
+    m_center.settle(m_now());
 }
 
 void NotificationService::status(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)

@@ -29,6 +29,9 @@ struct StoredRequest {
 
 using Notes = std::map<std::string, std::int64_t>;
 
+/// The note that the store was found damaged, until a caller has acknowledged it.
+inline constexpr auto kStoreWasReset = "storeWasReset";
+
 /// Changes that happen together or not at all.
 struct StoreChange {
     std::vector<StoredRequest> put;

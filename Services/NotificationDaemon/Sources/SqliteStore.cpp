@@ -124,6 +124,12 @@ int versionInHeader(const std::string& file)
     return isOurs ? number(kUserVersionAt) : 0;
 }
 
+NewerStore newerStore(int version)
+{
+    return NewerStore("the store has version " + std::to_string(version) + ", this daemon knows "
+        + std::to_string(kSchemaVersion));
+}
+
 void syncDirectoryOf(const std::string& file)
 {
     const auto directory = std::filesystem::path(file).parent_path();
@@ -177,8 +183,7 @@ SqliteStore::SqliteStore(std::string file, Contents& contents)
     if (std::filesystem::exists(m_file + ".rebuilt"))
         installSuccessor();
     if (const int version = versionInHeader(m_file); version > kSchemaVersion)
-        throw NewerStore("the store has version " + std::to_string(version) + ", this daemon knows "
-            + std::to_string(kSchemaVersion));
+        throw newerStore(version);
     crashPoint("opening");
     std::error_code error;
     if (std::filesystem::symlink_status(m_file, error).type() == std::filesystem::file_type::not_found) {
@@ -189,6 +194,31 @@ SqliteStore::SqliteStore(std::string file, Contents& contents)
 }
 
 SqliteStore::~SqliteStore() = default;
+
+SqliteStore::Contents SqliteStore::read(const std::string& file)
+{
+    namespace fs = std::filesystem;
+    Contents contents;
+    std::error_code error;
+    auto folder = (fs::temp_directory_path(error) / "tinkra-notifierd-XXXXXX").string();
+    if (error || versionInHeader(file) > kSchemaVersion || mkdtemp(folder.data()) == nullptr)
+        return contents;
+    const auto copy = folder + "/store";
+    for (const auto* part : {"", "-wal"}) {
+        fs::copy_file(file + part, copy + part, error);
+        fs::permissions(copy + part, fs::perms::owner_read | fs::perms::owner_write, error);
+    }
+    try {
+        const Database database(openDatabase(copy));
+        const auto reading = salvageStore(database.get());
+        contents.requests = reading.requests;
+        contents.notes = reading.notes;
+    } catch (const StoreError& unreadable) {
+        log(LogLevel::Error, std::string("nothing is taken over: ") + unreadable.what());
+    }
+    fs::remove_all(folder, error);
+    return contents;
+}
 
 void SqliteStore::fail(const std::string& doing) const
 {
@@ -203,7 +233,12 @@ void SqliteStore::openOrRecover(Contents& contents)
         if (firstNumber(database, "PRAGMA application_id") != kApplicationId)
             throw StoreError(StoreError::Kind::Broken, m_file + " is no store of ours");
         const int version = firstNumber(database, "PRAGMA user_version");
-        if (version > kSchemaVersion || version < 1)
+        if (version > kSchemaVersion) {
+            // So far only its log knows of the version; that stays as it is, too.
+            sqlite3_db_config(database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+            throw newerStore(version);
+        }
+        if (version < 1)
             throw StoreError(StoreError::Kind::Broken, m_file + " has an impossible version");
         if (const auto report = firstValue(database, "PRAGMA quick_check(1)"); report != "ok")
             throw StoreError(StoreError::Kind::Broken, report);
@@ -231,6 +266,8 @@ void SqliteStore::openOrRecover(Contents& contents)
         contents = {
             .requests = saved.requests, .notes = saved.notes, .wasDamaged = true, .lost = saved.damaged};
         m_database.reset();
+        // Together with what was saved, so that no crash makes us forget that something was lost.
+        contents.notes[kStoreWasReset] = 1;
         writeSuccessor(contents.requests, contents.notes);
         crashPoint("salvaging");
         setAside();

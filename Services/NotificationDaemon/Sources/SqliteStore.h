@@ -20,8 +20,7 @@ public:
 /// One SQLite file in WAL mode, in which an acknowledged change costs one fsync.
 ///
 /// Two files stand beside it at times: `<file>.rebuilt`, a complete successor that has yet to take its place,
-/// and
-/// `<file>.damaged-<time>`, one that could not be read any more.
+/// and `<file>.damaged-<time>`, one that could not be read any more.
 class SqliteStore final : public NotificationStore {
 public:
     struct Contents {
@@ -35,6 +34,10 @@ public:
     /// NewerStore, and StoreError when no store can be kept there at all.
     SqliteStore(std::string file, Contents& contents);
     ~SqliteStore() override;
+
+    /// What a store holds that cannot be written where it lies. Works on a private copy; empty when there is
+    /// no store, or none that can be read.
+    static Contents read(const std::string& file);
 
     void apply(const StoreChange& change, Durability durability) override;
     void replace(const std::vector<StoredRequest>& requests, const Notes& notes) override;
