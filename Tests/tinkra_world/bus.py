@@ -86,6 +86,8 @@ class MessageBus:
             processes.end(self.process)
             self.process.stdout.close()
 
+    close = stop
+
     def connect(self) -> "Connection":
         return Connection(self.address)
 
@@ -113,11 +115,17 @@ class Connection:
 
     def call(self, destination, path, interface, method, arguments=None, timeout: float = 10, start=True):
         """The reply as Python values. Raises GLib.Error."""
+        reply = self.call_unread(destination, path, interface, method, arguments, timeout, start)
+        return reply.unpack() if reply is not None else ()
+
+    def call_unread(
+        self, destination, path, interface, method, arguments=None, timeout: float = 10, start=True
+    ):
+        """The reply as a GLib.Variant, or None."""
         flags = Gio.DBusCallFlags.NONE if start else Gio.DBusCallFlags.NO_AUTO_START
-        reply = self.gio.call_sync(
+        return self.gio.call_sync(
             destination, path, interface, method, arguments, None, flags, int(timeout * 1000), None
         )
-        return reply.unpack() if reply is not None else ()
 
     def owner(self, name: str) -> str:
         """The unique name that owns `name`; empty when nobody does."""

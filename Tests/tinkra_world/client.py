@@ -42,15 +42,21 @@ class NotificationCentre:
         self._timeout = timeout
 
     def call(self, method, signature=None, *arguments):
+        reply = self.call_unread(method, signature, *arguments).unpack()
+        return reply[0] if len(reply) == 1 else reply
+
+    def call_unread(self, method, signature=None, *arguments):
+        """The reply as a GLib.Variant, which costs little however long it is."""
         variant = GLib.Variant(signature, arguments) if signature else None
         try:
-            reply = self.connection.call(NAME, PATH, INTERFACE, method, variant, self._timeout, self._start)
+            return self.connection.call_unread(
+                NAME, PATH, INTERFACE, method, variant, self._timeout, self._start
+            )
         except GLib.Error as error:
             name = Gio.DBusError.get_remote_error(error) or ""
             if not name or name in _NOBODY_ANSWERED:
                 raise NoAnswer(f"{name} {error.message}") from None
             raise CallRefused(name, error.message) from None
-        return reply[0] if len(reply) == 1 else reply
 
     def add(self, alarm, **changes):
         """Arms the alarm. Raises CallRefused or NoAnswer."""

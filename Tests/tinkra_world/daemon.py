@@ -4,8 +4,12 @@ import os
 import signal
 import subprocess
 
+from gi.repository import GLib
+
 from . import processes
 from .client import NAME
+
+PEER = "org.freedesktop.DBus.Peer"
 
 
 class NotificationDaemon:
@@ -30,7 +34,7 @@ class NotificationDaemon:
         arguments=(),
     ):
         """`prefix` is a command that runs the daemon (it must exec it), `limits` are options of prlimit(1),
-        `tracing` those of strace. Returns when the daemon owns its name, unless `wait` is false."""
+        `tracing` those of strace. Returns when the daemon answers, unless `wait` is false."""
         assert self._process is None, "the daemon runs already"
         self._world.require_privacy()
         variables = self._world.environment | (environment or {})
@@ -70,11 +74,22 @@ class NotificationDaemon:
     def owns_name(self) -> bool:
         return bool(self._connection.owner(NAME))
 
+    @property
+    def answers(self) -> bool:
+        """It has its name and serves calls, so it has read its store."""
+        try:
+            return (
+                self.owns_name
+                and self._connection.call(NAME, "/", PEER, "Ping", timeout=5, start=False) == ()
+            )
+        except GLib.Error:
+            return False
+
     def wait_until_up(self, seconds: float = 10):
         processes.wait_until(
-            lambda: self.owns_name or not self.running,
+            lambda: self.answers or not self.running,
             seconds,
-            f"the daemon to take its name; it wrote: {self.log.read_text()}",
+            f"the daemon to answer; it wrote: {self.log.read_text()}",
         )
         if not self.running:
             status = self.wait()
@@ -95,9 +110,6 @@ class NotificationDaemon:
         """Its exit status, once it ends by itself."""
         status = self._process.wait(seconds)
         self._process = None
-        processes.wait_until(
-            lambda: not self._connection.owner(NAME), 5, "the name of an ended daemon to be free"
-        )
         return status
 
     def handles(self) -> int:

@@ -7,7 +7,7 @@ rightly; and nothing else was shown.
 
 import time
 from collections import Counter
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 
 MISSED_AFTER = 15 * 60  # seconds past the meeting's start after which an alarm is filed instead of shown
 ALLOWED_LATENESS = 1.0
@@ -33,6 +33,13 @@ class Ledger:
 
     def record(self, identifier, alarm, outcome, begin):
         self._entries.append(Entry(identifier, alarm, outcome, begin, time.monotonic()))
+
+    def take_refusals_for_unknown(self):
+        """After a fault under which a refusal cannot be kept either."""
+        self._entries = [
+            replace(entry, outcome="unknown") if entry.outcome == "refused" else entry
+            for entry in self._entries
+        ]
 
     def outage(self, begin: float, end: float):
         """From `begin` to `end`, on the clock of the daemon, nothing could be shown."""

@@ -59,7 +59,7 @@ class World:
             self.root.chmod(0o711)
         self.zone = zone
         self.environment = {
-            "PATH": "/usr/bin:/bin",
+            "PATH": "/usr/bin:/bin:/usr/sbin:/sbin",
             "LANG": "C.UTF-8",
             "TZ": zone,
             "HOME": str(self.home),
@@ -109,7 +109,7 @@ class World:
         fire = self.clock.now() + after
         return Alarm(
             identifier or f"alarm-{self._alarms}",
-            title or f"Meeting {self._alarms}",
+            f"Meeting {self._alarms}" if title is None else title,
             fire,
             fire + lead,
             self.zone,

@@ -1,0 +1,1 @@
+from tinkra_world.fixtures import world  # noqa: F401
