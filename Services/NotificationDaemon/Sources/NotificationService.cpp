@@ -91,9 +91,12 @@ void NotificationService::serve(sdbus::MethodCall& call, const char* name, Handl
             reply.send();
     } catch (...) {
         const auto error = busError();
-        log(LogLevel::Warning,
-            std::string(name) + " of " + inQuotes(call.getSender())
-                + " failed: " + inQuotes(error.getMessage()));
+        // Of a flood there would be no end.
+        if (error.getName() != Error::kLimitsExceeded) {
+            log(LogLevel::Warning,
+                std::string(name) + " of " + inQuotes(call.getSender())
+                    + " failed: " + inQuotes(error.getMessage()));
+        }
         throw error;
     }
 }

@@ -95,6 +95,9 @@ sqlite3* openDatabase(const std::string& file)
         sqlite3_close(database);
         throw error;
     }
+    // Somebody may be looking at it with a tool of his own.
+    constexpr int kPatience = 2000;
+    sqlite3_busy_timeout(database, kPatience);
     // Alone with the file: no shared memory file, no lock calls.
     sqlite3_exec(database, "PRAGMA locking_mode=EXCLUSIVE", nullptr, nullptr, nullptr);
     sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
