@@ -1,5 +1,6 @@
 #include "TinkraICalendar/Calendar.h"
 
+#include "TinkraICalendar/CalendarReach.h"
 #include "TinkraICalendar/Encoding.h"
 #include "TinkraICalendar/EventAssembly.h"
 #include "TinkraICalendar/EventReader.h"
@@ -44,7 +45,18 @@ bool Calendar::isWhole() const
 std::vector<std::string> Calendar::forEachOccurrence(
     TimeRange range, const ZonePtr& viewer, const std::function<void(const Occurrence&)>& sink) const
 {
-    return OccurrenceQuery{*m_events, range, viewer, sink}.run();
+    return forEachOccurrence(range, viewer, sink, m_events->limits());
+}
+
+std::vector<std::string> Calendar::forEachOccurrence(TimeRange range, const ZonePtr& viewer,
+    const std::function<void(const Occurrence&)>& sink, const ExpansionLimits& limits) const
+{
+    return OccurrenceQuery{*m_events, range, viewer, sink, limits}.run();
+}
+
+TimeRange Calendar::reach() const
+{
+    return reachOf(*m_events);
 }
 
 const std::vector<std::string>& Calendar::notices() const

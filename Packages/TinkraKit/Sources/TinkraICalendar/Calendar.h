@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TinkraICalendar/ExpansionLimits.h"
 #include "TinkraICalendar/RuleExpansion.h"
 #include "TinkraICalendar/Time.h"
 #include "TinkraICalendar/Zone.h"
@@ -53,6 +54,13 @@ public:
     /// Floating times and dates are those of `viewer`. Gives what was given up, one sentence each.
     std::vector<std::string> forEachOccurrence(
         TimeRange range, const ZonePtr& viewer, const std::function<void(const Occurrence&)>& sink) const;
+
+    /// The same under limits of this query's own.
+    std::vector<std::string> forEachOccurrence(TimeRange range, const ZonePtr& viewer,
+        const std::function<void(const Occurrence&)>& sink, const ExpansionLimits& limits) const;
+
+    /// A range that holds every occurrence, whatever the viewer's zone is; empty when there are no events.
+    TimeRange reach() const;
 
     /// What was not understood while reading, one sentence each, with line numbers.
     const std::vector<std::string>& notices() const;

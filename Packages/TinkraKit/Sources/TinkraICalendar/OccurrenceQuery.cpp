@@ -55,13 +55,13 @@ bool fits(const RecurrenceRule& rule, LocalSeconds time)
 
 }
 
-OccurrenceQuery::OccurrenceQuery(
-    const PackedEvents& events, TimeRange range, ZonePtr viewer, const Sink& sink)
+OccurrenceQuery::OccurrenceQuery(const PackedEvents& events, TimeRange range, ZonePtr viewer,
+    const Sink& sink, const ExpansionLimits& limits)
     : m_events{events}
     , m_range{std::clamp(range.from, beginningOfTime, endOfTime),
           std::clamp(range.to, beginningOfTime, endOfTime)}
     , m_viewer{std::move(viewer)}
-    , m_limits{events.limits()}
+    , m_limits{limits}
     , m_sink{sink}
 {
 }
@@ -93,7 +93,9 @@ void OccurrenceQuery::addSeries(const EventRecord& event, const SeriesRecord& re
 {
     if (isOutOfReach(event, record))
         return;
-    const auto now = m_timer.elapsed();
+    // The first series has a budget of its own; with one file per event, looking at the clock for it would
+    // cost as much as working it out.
+    const auto now = std::exchange(m_hasMetSeries, true) ? m_timer.elapsed() : std::chrono::nanoseconds{0};
     if (now > m_limits.time) {
         noteGivenUp(event, "left out: the calendar takes too long to work out.");
         return;

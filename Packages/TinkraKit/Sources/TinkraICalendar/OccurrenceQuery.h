@@ -17,7 +17,8 @@ class OccurrenceQuery {
 public:
     using Sink = std::function<void(const Occurrence&)>;
 
-    OccurrenceQuery(const PackedEvents& events, TimeRange range, ZonePtr viewer, const Sink& sink);
+    OccurrenceQuery(const PackedEvents& events, TimeRange range, ZonePtr viewer, const Sink& sink,
+        const ExpansionLimits& limits);
 
     /// What was given up, one sentence each.
     std::vector<std::string> run();
@@ -69,6 +70,7 @@ private:
     const ExpansionLimits& m_limits;
     const Sink& m_sink;
     WorkTimer m_timer;
+    bool m_hasMetSeries = false;
     Notices m_notices;
 };
 

@@ -16,7 +16,7 @@ namespace Tinkra::System {
 /// Nanoseconds since 1970 on the machine's clock, the one that stamps its files.
 using FileTime = std::chrono::nanoseconds;
 
-/// What tells one state of a file from another. 32 bytes: a store keeps one for each file.
+/// What tells one state of a file from another.
 struct FileStamp {
     FileTime modified{0};
     FileTime changed{0}; ///< of content, name or rights; unlike `modified` nobody can set it
@@ -25,6 +25,9 @@ struct FileStamp {
 
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
+
+/// A number that differs, as good as certainly, whenever the stamp does.
+std::uint64_t fingerprint(const FileStamp& stamp);
 
 /// Which folder it is, wherever it is mounted or moved.
 struct FolderIdentity {

@@ -5,6 +5,12 @@
 
 namespace Tinkra::System {
 
+void FileRecord::setContent(ICalendar::Calendar calendar)
+{
+    reach = DayRange::covering(calendar.reach());
+    content = std::move(calendar);
+}
+
 FileRecord* FileTable::find(std::string_view name)
 {
     const auto found = lowerBound(name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TinkraICalendar/Calendar.h"
+#include "TinkraSystemLinux/CalendarFolders/DayRange.h"
 #include "TinkraSystemLinux/CalendarFolders/FileSystem.h"
 
 #include <cstddef>
@@ -23,12 +24,15 @@ enum class FileState : std::uint8_t {
     Failed,
 };
 
-/// What is kept of one file: its last good content, and the stamp of its newest reading.
+/// What is kept of one file: its last good content, and which state of the file was read last. 40 bytes.
 struct FileRecord {
     std::optional<ICalendar::Calendar> content;
-    FileStamp stamp;
+    std::uint64_t stamp = 0; ///< `fingerprint` of the newest reading's stamp
+    DayRange reach; ///< holds every occurrence of the content
     std::uint32_t nameOffset = 0;
     FileState state = FileState::Good;
+
+    void setContent(ICalendar::Calendar calendar);
 };
 
 /// The files of one calendar by name. Built for 100,000 of them: the names share one text.

@@ -83,7 +83,7 @@ Judgement judge(const FileReading& reading, FileTime now, FileRecord& record)
             return Judgement::Unsettled;
         auto calendar = ICalendar::Calendar::read(reading.text, kLimits);
         if (calendar.isWhole()) {
-            record.content = std::move(calendar);
+            record.setContent(std::move(calendar));
         } else if (isWithin(age, kWritingPause)) {
             return Judgement::Unsettled;
         } else {
@@ -93,7 +93,7 @@ Judgement judge(const FileReading& reading, FileTime now, FileRecord& record)
     }
     }
     record.state = state;
-    record.stamp = reading.stamp;
+    record.stamp = fingerprint(reading.stamp);
     return state == FileState::Good ? Judgement::Good : Judgement::Bad;
 }
 
@@ -264,9 +264,12 @@ void FolderContents::settle(FileSystem& fileSystem, int folder)
 FolderContents::Settling FolderContents::check(FileSystem& fileSystem, int folder, const std::string& name)
 {
     auto* known = m_files.find(name);
-    if (known && fileSystem.stampOf(folder, name.c_str()) == known->stamp) {
-        m_gone.erase(name);
-        return Settling::Settled;
+    if (known) {
+        const auto stamp = fileSystem.stampOf(folder, name.c_str());
+        if (stamp && fingerprint(*stamp) == known->stamp) {
+            m_gone.erase(name);
+            return Settling::Settled;
+        }
     }
 
     const auto now = fileSystem.now();

@@ -84,8 +84,9 @@ std::vector<StoredEvent> FolderIndex::events(
         if (m_askedFor.contains(calendar.identifier()))
             expansion.add(calendar, folderOf(root, account, calendar));
     });
-    m_expansionNotices = expansion.takeNotices();
-    return expansion.takeEvents();
+    auto result = expansion.run();
+    m_expansionNotices = std::move(result.notices);
+    return std::move(result.events);
 }
 
 FolderStoreStatus FolderIndex::status()
