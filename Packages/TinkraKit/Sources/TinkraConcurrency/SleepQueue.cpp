@@ -20,6 +20,14 @@ SleepQueue::SleepQueue(std::function<void()> earliestChanged)
 {
 }
 
+SleepQueue::~SleepQueue()
+{
+    // A sleeper's frame holds the map that holds the sleeper: only emptying it breaks the circle.
+    std::unique_lock lock(m_sleepers->mutex);
+    const auto sleepers = std::exchange(m_sleepers->byPlace, {});
+    lock.unlock();
+}
+
 Task<> SleepQueue::sleep(double deadline, std::stop_token stop)
 {
     if (stop.stop_requested())

@@ -26,6 +26,10 @@ public:
 
     /// `earliestChanged` is called, outside the lock, after somebody lay down before all others.
     explicit SleepQueue(std::function<void()> earliestChanged = {});
+    /// Destroys those who still sleep where they stand, through their executors, which must be there yet.
+    ~SleepQueue();
+    SleepQueue(const SleepQueue&) = delete;
+    SleepQueue& operator=(const SleepQueue&) = delete;
 
     /// Sleeps until it is woken, or until `stop` is stopped, whichever comes first. A sleeper whose token is
     /// stopped leaves the queue at once.
@@ -45,7 +49,7 @@ private:
         std::map<Place, Continuation<>> byPlace;
     };
 
-    // Shared with the stop callbacks of coroutines that may outlive the clock.
+    // Shared with the stop callbacks of sleepers, which may run while the clock goes.
     std::shared_ptr<Sleepers> m_sleepers = std::make_shared<Sleepers>();
     std::function<void()> m_earliestChanged;
 };

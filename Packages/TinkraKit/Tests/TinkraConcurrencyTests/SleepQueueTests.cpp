@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -111,19 +112,28 @@ TEST(SleepQueue, SurvivesStopsThatRaceWithWaking)
     }
 }
 
+Task<> holdWhileAsleep(SleepQueue* queue, std::shared_ptr<int> held, std::stop_token stop)
+{
+    co_await queue->sleep(1, stop);
+    ++*held;
+}
+
 TEST(SleepQueue, DestroysThoseWhoStillSleepWhenItGoes)
 {
     TestLoop loop;
-    const auto held = std::make_shared<std::vector<std::string>>();
+    const auto held = std::make_shared<int>(0);
     std::stop_source stop;
     {
         SleepQueue queue;
-        loop.start(queue.sleep(1, stop.get_token()));
+        loop.start(holdWhileAsleep(&queue, held, stop.get_token()));
+        EXPECT_EQ(held.use_count(), 2);
     }
     loop.drain();
+    EXPECT_EQ(held.use_count(), 1);
 
     stop.request_stop(); // touches nothing that is gone
     loop.drain();
+    EXPECT_EQ(*held, 0);
 }
 
 }
