@@ -38,16 +38,16 @@ TEST(TestLoop, PassesTheTasksExceptionOn)
 
 TEST(TestLoop, ReportsATaskThatGetsStuck)
 {
-    std::optional<Continuation<>> slot;
     TestLoop loop;
+    std::optional<Continuation<>> slot; // goes before the loop on which its coroutine would be destroyed
 
     EXPECT_THROW(loop.run(forever(&slot)), std::logic_error);
 }
 
 TEST(TestLoop, RunsAStartedTaskAsFarAsItGets)
 {
-    std::optional<Continuation<>> slot;
     TestLoop loop;
+    std::optional<Continuation<>> slot; // goes before the loop on which its coroutine would be destroyed
 
     const auto task = loop.start(forever(&slot));
     EXPECT_FALSE(task.isDone());

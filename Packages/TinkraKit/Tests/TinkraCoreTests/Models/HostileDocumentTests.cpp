@@ -180,10 +180,10 @@ TEST(HostileDocument, MayHoldAHundredMegabytesOfTextWhereNobodyLooks)
     EXPECT_EQ(decode<TinkraConfiguration>(document), monitoring({"work"}));
 }
 
-TEST(HostileDocument, MaySelectOneCalendarAHundredMegabytesOverAndOver)
+TEST(HostileDocument, MaySelectOneCalendarAMillionTimes)
 {
     const std::string_view piece = R"("work",)";
-    const auto document = selecting("[" + repeated(piece, hundredMegabytes / piece.size()) + R"("work"])");
+    const auto document = selecting("[" + repeated(piece, 1'000'000) + R"("work"])");
 
     EXPECT_EQ(decode<TinkraConfiguration>(document), monitoring({"work"}));
 }
