@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 """Measures the notification daemon in a private session: lateness, memory, wake-ups, cost of an addition.
 
-    Services/NotificationDaemon/Benchmarks/measure.py BUILD_DIR [--quick]
+    Services/NotificationDaemon/Benchmarks/measure.py BUILD_DIR [addition] [lateness] [idle] [many]
 
-Starts its own session bus, notification server and state directory, and leaves nothing running. Times of the
+Without a word for what to measure, everything. TINKRA_MEASURE_DIR says on which file system. Starts its own session bus, notification server and state directory, and leaves nothing running. Times of the
 addition are a ratio to bare fsyncs of the same file system in the same run.
 """
 
@@ -32,6 +32,7 @@ in_private_session()
 import dbus  # noqa: E402
 import dbus.bus  # noqa: E402
 import dbus.service  # noqa: E402
+from dbus.mainloop import NULL_MAIN_LOOP  # noqa: E402
 from dbus.mainloop.glib import DBusGMainLoop  # noqa: E402
 from gi.repository import GLib  # noqa: E402
 
@@ -76,7 +77,8 @@ class Daemon:
         self.log = open(pathlib.Path(state) / "log", "a", encoding="utf-8")
         began = time.monotonic()
         self.process = subprocess.Popen([program], env=dict(os.environ, XDG_STATE_HOME=state), stderr=self.log)
-        self.bus = dbus.bus.BusConnection(os.environ["DBUS_SESSION_BUS_ADDRESS"])
+        # Not served by the main loop: that belongs to another thread.
+        self.bus = dbus.bus.BusConnection(os.environ["DBUS_SESSION_BUS_ADDRESS"], mainloop=NULL_MAIN_LOOP)
         while not self.bus.name_has_owner(NAME):
             time.sleep(0.002)
         self.center = dbus.Interface(self.bus.get_object(NAME, "/co/calendarmurkel/NotificationCenter"), NAME + "1")
@@ -176,36 +178,42 @@ def measure_many(program, state, count):
     daemon.end()
 
 
-def run(program, quick, server, loop):
+def run(program, wanted):
     state = tempfile.mkdtemp(prefix="tinkra-measure-", dir=os.environ.get("TINKRA_MEASURE_DIR"))
     try:
         daemon = Daemon(program, state)
-        measure_addition(daemon, state, 200 if quick else 1000)
-        pss, rss = daemon.memory()
-        print(f"with {len(daemon.center.PendingIdentifiers())} pending: PSS {pss:.1f} MiB, RSS {rss:.1f} MiB")
-        measure_lateness(daemon, server, 5 if quick else 20)
-        measure_idle(daemon, 20 if quick else 120)
+        if "addition" in wanted:
+            measure_addition(daemon, state, 1000)
+            pss, rss = daemon.memory()
+            print(f"with {len(daemon.center.PendingIdentifiers())} pending: PSS {pss:.1f} MiB, RSS {rss:.1f} MiB")
+        if "lateness" in wanted:
+            measure_lateness(daemon, SERVERS[0], 20)
+        if "idle" in wanted:
+            measure_idle(daemon, 120)
         print("exit status after SIGTERM:", daemon.end())
-        if not quick:
+        if "many" in wanted:
             measure_many(program, tempfile.mkdtemp(dir=state), 49000)
     finally:
         shutil.rmtree(state)
-        loop.quit()
+
+
+SERVERS = []
 
 
 def main():
     program = os.path.join(sys.argv[1], "Services/NotificationDaemon/Sources/tinkra-notifierd")
     DBusGMainLoop(set_as_default=True)
-    server = Server(dbus.SessionBus())
+    SERVERS.append(Server(dbus.SessionBus()))
+    wanted = sys.argv[2:] or ["addition", "lateness", "idle", "many"]
     loop = GLib.MainLoop()
     failures = []
 
     def work():
         try:
-            run(program, "--quick" in sys.argv, server, loop)
+            run(program, wanted)
         except BaseException as error:  # noqa: BLE001  the loop has to end
             failures.append(error)
-            loop.quit()
+        GLib.idle_add(loop.quit)
 
     threading.Thread(target=work, daemon=True).start()
     loop.run()

@@ -18,7 +18,7 @@ constexpr std::int32_t kDenied = 1;
 constexpr std::int32_t kAuthorized = 2;
 
 /// An answer that lists everything counts as many calls.
-constexpr std::size_t kRequestsPerCall = 100;
+constexpr double kRequestsPerCall = 100;
 
 sdbus::Error refusalFor(CallerPolicy::Verdict verdict)
 {
@@ -104,8 +104,8 @@ void NotificationService::serve(sdbus::MethodCall& call, const char* name, Handl
 void NotificationService::admit(const sdbus::MethodCall& call, const char* name)
 {
     const bool listsAll = std::string_view(name).starts_with("Pending");
-    const double weight =
-        listsAll ? 1 + static_cast<double>(m_center.book().listedCount() / kRequestsPerCall) : 1;
+    const auto listed = listsAll ? static_cast<double>(m_center.book().listedCount()) : 0;
+    const double weight = 1 + listed / kRequestsPerCall;
     const auto ask = [&] {
         return CallerPolicy::Credentials{.user = call.getCredsEuid(), .process = call.getCredsPid()};
     };

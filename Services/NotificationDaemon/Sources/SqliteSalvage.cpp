@@ -80,7 +80,7 @@ void lookUpBetween(sqlite3* database, std::int64_t low, std::int64_t high, Rows&
     sqlite3_finalize(statement);
 }
 
-StoreReading toReading(Rows rows)
+StoreReading toReading(Rows&& rows)
 {
     StoreReading reading;
     reading.damaged = static_cast<std::int64_t>(rows.damaged.size());
