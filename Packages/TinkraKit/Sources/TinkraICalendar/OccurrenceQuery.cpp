@@ -110,13 +110,26 @@ void OccurrenceQuery::addSeries(const EventRecord& event, const SeriesRecord& re
 
     const auto rules = m_events.rules(record);
     if (rules.size() == 1 && record.extraCount == 0 && record.exclusionRuleCount == 0) {
+        m_given.clear();
         expand(series, rules.front(), m_limits.perEvent.occurrences, [&](const RuleInstance& instance) {
-            giveInstance(series, {.utc = instance.utc, .local = instance.local});
+            if (isFirstAt(instance.utc))
+                giveInstance(series, {.utc = instance.utc, .local = instance.local});
         });
         return;
     }
     for (const auto& instance : instancesOf(series))
         giveInstance(series, instance);
+}
+
+/// Whether the series at hand has given no instance at that time yet. Instances come in order, except that
+/// skipped times move forward, to where others may be.
+bool OccurrenceQuery::isFirstAt(UtcSeconds utc)
+{
+    const bool isInOrder = m_given.empty() || utc > m_given.back();
+    if (!isInOrder && std::find(m_given.rbegin(), m_given.rend(), utc) != m_given.rend())
+        return false;
+    m_given.push_back(utc);
+    return true;
 }
 
 bool OccurrenceQuery::isOutOfReach(const EventRecord& event, const SeriesRecord& record) const
@@ -242,7 +255,7 @@ void OccurrenceQuery::exclude(const Series& series, const RuleText& rule, std::v
 
 void OccurrenceQuery::giveInstance(const Series& series, const Instance& instance)
 {
-    if (isSkipped(series.record, instance))
+    if (isSkipped(series, instance))
         return;
     if (const auto* split = splitFor(series.record, instance)) {
         giveMoved(series, *split, instance);
@@ -273,13 +286,20 @@ void OccurrenceQuery::giveMoved(const Series& series, const SplitRecord& split, 
         give(by, start, end);
 }
 
-bool OccurrenceQuery::isSkipped(const SeriesRecord& record, const Instance& instance) const
+bool OccurrenceQuery::isSkipped(const Series& series, const Instance& instance) const
 {
-    const auto skips = m_events.skips(record);
+    const auto skips = m_events.skips(series.record);
+    if (skips.empty())
+        return false;
     const auto has = [&](InstanceKey key) { return std::binary_search(skips.begin(), skips.end(), key); };
-    return !skips.empty()
-        && (has(InstanceKey::local(instance.local)) || has(InstanceKey::utc(instance.utc))
-            || has(InstanceKey::date(instance.local)));
+    if (has(InstanceKey::utc(instance.utc)) || has(InstanceKey::date(instance.local)))
+        return true;
+    // A local time means one instant: of a repeated hour the first one, of a skipped hour the one it moved
+    // to.
+    const auto hasLocal = [&](LocalSeconds local) {
+        return has(InstanceKey::local(local)) && series.zone->toUtc(local) == instance.utc;
+    };
+    return hasLocal(instance.local) || hasLocal(series.zone->toLocal(instance.utc));
 }
 
 /// The last split at or before the instance.

@@ -41,6 +41,7 @@ private:
         std::chrono::nanoseconds began; ///< on the timer
     };
 
+    bool isFirstAt(UtcSeconds utc);
     void addSingle(const EventRecord& event);
     void addSeries(const EventRecord& event, const SeriesRecord& record);
     bool isOutOfReach(const EventRecord& event, const SeriesRecord& record) const;
@@ -53,7 +54,7 @@ private:
 
     void giveInstance(const Series& series, const Instance& instance);
     void giveMoved(const Series& series, const SplitRecord& split, const Instance& instance);
-    bool isSkipped(const SeriesRecord& record, const Instance& instance) const;
+    bool isSkipped(const Series& series, const Instance& instance) const;
     const SplitRecord* splitFor(const SeriesRecord& record, const Instance& instance) const;
     std::chrono::seconds shiftOf(const SplitRecord& split, const EventRecord& event) const;
 
@@ -72,6 +73,7 @@ private:
     WorkTimer m_timer;
     bool m_hasMetSeries = false;
     Notices m_notices;
+    std::vector<UtcSeconds> m_given; ///< by the series at hand
 };
 
 }

@@ -165,6 +165,37 @@ TEST(Series, IgnoresARuleThatCannotBeReadAndSaysSo)
     EXPECT_FALSE(calendar.notices().empty());
 }
 
+TEST(Series, GivesInstancesThatASkippedHourBringsTogetherOnce)
+{
+    const auto twoADay = calendarWithEvent("DTSTART;TZID=Europe/Zurich:20240330T023000\nDURATION:PT5M\n"
+                                           "RRULE:FREQ=DAILY;BYHOUR=2,3;COUNT=5\n");
+    EXPECT_EQ(starts(twoADay),
+        (Lines{
+            "2024-03-30T01:30:00Z", "2024-03-30T02:30:00Z", "2024-03-31T01:30:00Z", "2024-04-01T00:30:00Z"}));
+
+    // Samoa had no 30 December 2011.
+    const auto aDayLost = calendarWithEvent(
+        "DTSTART;TZID=Pacific/Apia:20111229T090000\nDURATION:PT5M\nRRULE:FREQ=DAILY;COUNT=3\n");
+    EXPECT_EQ(starts(aDayLost, {.from = "2011-12-28T00:00:00Z", .to = "2012-01-08T00:00:00Z"}),
+        (Lines{"2011-12-29T19:00:00Z", "2011-12-30T19:00:00Z"}));
+}
+
+TEST(Series, LeavesOutOnlyTheFirstOfARepeatedHourThatIsNamedByTheClock)
+{
+    const auto text = calendarWithEvent("DTSTART;TZID=Europe/Zurich:20241027T013000\nDURATION:PT5M\n"
+                                        "RRULE:FREQ=HOURLY;COUNT=4\n"
+                                        "EXDATE;TZID=Europe/Zurich:20241027T023000\n");
+    EXPECT_EQ(starts(text), (Lines{"2024-10-26T23:30:00Z", "2024-10-27T01:30:00Z", "2024-10-27T02:30:00Z"}));
+}
+
+TEST(Series, LeavesOutASkippedTimeThatIsNamedByWhereItMovedTo)
+{
+    const auto text = calendarWithEvent("DTSTART;TZID=Europe/Zurich:20240330T023000\nDURATION:PT5M\n"
+                                        "RRULE:FREQ=DAILY;COUNT=3\n"
+                                        "EXDATE;TZID=Europe/Zurich:20240331T033000\n");
+    EXPECT_EQ(starts(text), (Lines{"2024-03-30T01:30:00Z", "2024-04-01T00:30:00Z"}));
+}
+
 TEST(Series, GivesTheStartThatDoesNotFitTheRule)
 {
     EXPECT_EQ(
