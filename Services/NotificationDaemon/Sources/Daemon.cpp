@@ -65,6 +65,7 @@ int signalDescriptor()
         sigaddset(&signals, signal);
     sigprocmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_IGN); // nobody waits for the player of the fallback sound
     return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
