@@ -19,6 +19,9 @@ using Properties = std::map<std::string, sdbus::Variant>;
 
 constexpr std::chrono::milliseconds limit{3000};
 
+// The daemon may have to be started, and to mend its store, first.
+constexpr std::chrono::milliseconds daemonLimit{6000};
+
 BusMethod busMethod(const char* name)
 {
     return {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", name};
@@ -125,7 +128,7 @@ Task<HealthFinding> HealthChecksLinux::notificationService()
     const std::string subject = "Notification service";
     Properties status;
     try {
-        status = co_await m_sessionBus->call<Properties>(daemonMethod("Status"), limit);
+        status = co_await m_sessionBus->call<Properties>(daemonMethod("Status"), daemonLimit);
     } catch (const sdbus::Error& error) {
         co_return describeUnreachableDaemon(error);
     }
@@ -142,7 +145,7 @@ Task<std::vector<HealthFinding>> HealthChecksLinux::notificationStore()
     std::vector<HealthFinding> findings;
     Properties status;
     try {
-        status = co_await m_sessionBus->call<Properties>(daemonMethod("Status"), limit);
+        status = co_await m_sessionBus->call<Properties>(daemonMethod("Status"), daemonLimit);
     } catch (const sdbus::Error& error) {
         findings.push_back(describeUnreachableDaemon(error));
         co_return findings;
