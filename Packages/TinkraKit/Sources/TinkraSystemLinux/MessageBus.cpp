@@ -21,8 +21,8 @@ std::exception_ptr busError(const char* name, const std::string& message)
 
 }
 
-/// A call on its way. Whatever becomes of it, its caller hears of it once. After that its caller's executor may
-/// be gone, and is left alone.
+/// A call on its way. Whatever becomes of it, its caller hears of it once. After that its caller's executor
+/// may be gone, and is left alone.
 struct MessageBus::PendingCall {
     PendingCall(const Executor& callersExecutor, std::chrono::milliseconds timeLimit, Call whatToCall)
         : executor(callersExecutor)
@@ -33,8 +33,8 @@ struct MessageBus::PendingCall {
     {
         timer->async_wait([failed = call.failed, timeLimit, isOver = isOver](const asio::error_code& error) {
             if (!error && !isOver->test_and_set())
-                failed(
-                    busError(noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
+                failed(busError(
+                    noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
         });
     }
     PendingCall(const PendingCall&) = delete;
