@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace Tinkra::NotificationDaemon {
 namespace {
@@ -21,7 +22,7 @@ protected:
         fs::create_directories(m_processes / "10/root");
         fs::create_directories(m_processes / "20/root");
         std::ofstream(m_processes / "20/root/.flatpak-info") << "[Application]\n";
-        m_policy.emplace(1000, m_processes.string());
+        m_policy = std::make_unique<CallerPolicy>(1000, m_processes.string());
     }
     void TearDown() override { fs::remove_all(m_processes); }
 
@@ -36,7 +37,7 @@ protected:
     }
 
     fs::path m_processes;
-    std::optional<CallerPolicy> m_policy;
+    std::unique_ptr<CallerPolicy> m_policy;
     int m_questions = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
+#include <memory>
 #include <string>
 
 namespace Tinkra::NotificationDaemon {
@@ -19,7 +20,7 @@ public:
         , m_hadOne(std::getenv("TZ") != nullptr)
     {
         setenv("TZ", name, 1);
-        m_zone.emplace();
+        m_zone = std::make_unique<SystemZone>();
     }
     ~ZoneNamed()
     {
@@ -37,7 +38,7 @@ public:
 private:
     std::string m_before;
     bool m_hadOne;
-    std::optional<SystemZone> m_zone;
+    std::unique_ptr<SystemZone> m_zone;
 };
 
 std::int64_t utc(int year, int month, int day, int hour, int minute, int second = 0)
