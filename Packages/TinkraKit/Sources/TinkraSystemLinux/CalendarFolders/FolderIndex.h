@@ -34,6 +34,7 @@ public:
 private:
     void refresh();
     std::vector<std::exception_ptr> refreshRoots();
+    void readContents();
     void readContents(RootFolder& root, AccountFolder& account, CalendarFolder& calendar);
     bool isGoneForGood(const CalendarFolder& calendar, FileTime now) const;
     bool isDuplicate(const RootFolder& root) const;

@@ -20,7 +20,7 @@ constexpr std::uint32_t kEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | IN_AT
 constexpr std::chrono::milliseconds kGathering{100};
 
 // A folder with more changed entries than this is listed anew instead.
-constexpr std::size_t kNamesKept = 10'000;
+constexpr std::size_t kNamesKept = 1'000;
 
 std::string describe(int error)
 {
