@@ -96,8 +96,12 @@ void OccurrenceQuery::addSeries(const EventRecord& event, const SeriesRecord& re
     // The first series has a budget of its own; with one file per event, looking at the clock for it would
     // cost as much as working it out.
     const auto now = std::exchange(m_hasMetSeries, true) ? m_timer.elapsed() : std::chrono::nanoseconds{0};
-    if (now > m_limits.time) {
+    if (now >= m_limits.time) {
         noteGivenUp(event, "left out: the calendar takes too long to work out.");
+        return;
+    }
+    if (m_givenOfSeries >= m_limits.occurrences) {
+        noteGivenUp(event, "left out: too much happens in the calendar.");
         return;
     }
     Series series{.event = event,
@@ -257,6 +261,7 @@ void OccurrenceQuery::giveInstance(const Series& series, const Instance& instanc
 {
     if (isSkipped(series, instance))
         return;
+    ++m_givenOfSeries;
     if (const auto* split = splitFor(series.record, instance)) {
         giveMoved(series, *split, instance);
         return;

@@ -5,6 +5,7 @@
 #include "TinkraICalendar/PackedEvents.h"
 #include "TinkraICalendar/WorkTimer.h"
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -73,6 +74,7 @@ private:
     WorkTimer m_timer;
     bool m_hasMetSeries = false;
     Notices m_notices;
+    std::size_t m_givenOfSeries = 0;
     std::vector<UtcSeconds> m_given; ///< by the series at hand
 };
 

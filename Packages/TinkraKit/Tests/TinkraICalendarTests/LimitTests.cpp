@@ -58,9 +58,24 @@ TEST(Limits, OnTimeLeaveOutTheSeriesThatRemainAndNameThem)
         + event("second", "DTSTART:20240101T000000Z\nRRULE:FREQ=DAILY\n")
         + event("third", "DTSTART:20240601T000000Z\n"));
     const auto calendar = Calendar::read(text, {.expansionTime = milliseconds{0}});
-    EXPECT_EQ(occurrences(calendar).size(), 3U);
+    EXPECT_EQ(occurrences(calendar), Lines{"2024-06-01T00:00:00Z/2024-06-01T00:00:00Z third"});
     EXPECT_EQ(noticesOfQuery(calendar),
-        Lines{"The event \"second\" was left out: the calendar takes too long to work out."});
+        (Lines{"The event \"first\" was left out: the calendar takes too long to work out.",
+            "The event \"second\" was left out: the calendar takes too long to work out."}));
+}
+
+TEST(Limits, OnOccurrencesOfAllSeriesLeaveOutTheSeriesThatRemainButNoSingleEvent)
+{
+    const auto calendar =
+        Calendar::read(calendarWith(event("first", "DTSTART:20240101T000000Z\nRRULE:FREQ=DAILY;COUNT=20\n")
+            + event("second", "DTSTART:20240101T000000Z\nRRULE:FREQ=DAILY;COUNT=20\n")
+            + event("third", "DTSTART:20240601T000000Z\n")));
+    const TimeRange ever{instant("2024-01-01T00:00:00Z"), instant("2025-01-01T00:00:00Z")};
+    std::size_t given = 0;
+    const auto notices = calendar.forEachOccurrence(
+        ever, utcZone(), [&given](const Occurrence&) { ++given; }, {.occurrences = 10});
+    EXPECT_EQ(given, 21U);
+    EXPECT_EQ(notices, Lines{"The event \"second\" was left out: too much happens in the calendar."});
 }
 
 TEST(Limits, OnBytesKeepWhatComesBeforeThem)
