@@ -38,11 +38,12 @@ function(tinkra_add_test NAME)
   set_tests_properties(${NAME} PROPERTIES TIMEOUT 300 LABELS "unit;${ARG_LABELS}")
 endfunction()
 
-# tinkra_add_system_test(NAME [FILES ...] [WORKERS n] [ENVIRONMENT K=V ...] [TIMEOUT seconds] [LABELS ...])
+# tinkra_add_system_test(NAME [MOUNTS] [FILES ...] [WORKERS n] [ENVIRONMENT K=V ...] [TIMEOUT seconds] [LABELS ...])
 # The pytest files of the current folder, or those named, run with Debian's own python (python3-dbusmock lives
-# there). Several entries let CTest run them side by side; WORKERS does so with tests that mostly wait.
+# there). Several entries let CTest run them side by side; WORKERS does so with tests that mostly wait. MOUNTS is for
+# tests that mount something, which an ordinary user may only do in a namespace.
 function(tinkra_add_system_test NAME)
-  cmake_parse_arguments(ARG "" "TIMEOUT;WORKERS" "FILES;ENVIRONMENT;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "MOUNTS" "TIMEOUT;WORKERS" "FILES;ENVIRONMENT;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 600)
   endif()
@@ -56,7 +57,11 @@ function(tinkra_add_system_test NAME)
   if(TINKRA_SANITIZE)
     list(APPEND ARG_ENVIRONMENT TINKRA_SANITIZED=1)
   endif()
-  add_test(NAME ${NAME} COMMAND /usr/bin/python3 -m pytest -q -p no:cacheprovider ${workers} ${ARG_FILES})
+  set(runner pytest)
+  if(ARG_MOUNTS)
+    set(runner tinkra_world)
+  endif()
+  add_test(NAME ${NAME} COMMAND /usr/bin/python3 -m ${runner} -q -p no:cacheprovider ${workers} ${ARG_FILES})
   set_tests_properties(${NAME} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "system;${ARG_LABELS}"
     ENVIRONMENT "PYTHONDONTWRITEBYTECODE=1;PYTHONPATH=${CMAKE_SOURCE_DIR}/Tests;TINKRA_BUILD=${CMAKE_BINARY_DIR};${ARG_ENVIRONMENT}")
 endfunction()

@@ -1,41 +1,60 @@
-"""Mount namespaces that outlive the programs in them: a disk of some kilobytes, another /etc/localtime."""
+"""Mount namespaces: a disk of some kilobytes, another /etc, a program that sees another root.
+
+An ordinary user's tests that mount are run by `python3 -m tinkra_world`, so that callers and daemon share the user
+namespace that this takes: the daemon turns away whom it cannot look at.
+"""
 
 import os
 import subprocess
 
 from . import processes
 
+OWN_USER_NAMESPACE = "TINKRA_OWN_USER_NAMESPACE"
+
+_MARK = "--- done with"
+
+
+def unshare() -> list:
+    """A command that runs the one that follows, with the right to mount, in a mount namespace of its own. An
+    ordinary user keeps its number there."""
+    may_mount = os.geteuid() == 0 or OWN_USER_NAMESPACE in os.environ
+    user = [] if may_mount else ["--user", "--map-current-user", "--keep-caps"]
+    return ["unshare", *user, "--mount", "--propagation", "private"]
+
+
+def behind(root, setup) -> list:
+    """A command that runs the one that follows with the folder `root` as its root, once `setup` (a shell script)
+    has furnished it."""
+    return [*unshare(), "sh", "-ec", f'{setup}\nexec chroot {root} "$@"', "sh"]
+
 
 class MountNamespace:
-    """Keeps a namespace alive in which `setup` (a shell script) has run. As an ordinary user it comes with a
-    user namespace in which that user is root."""
+    """A namespace in which `setup` (a shell script) has run, and which outlives the programs in it."""
 
     def __init__(self, world, setup):
-        user = [] if os.geteuid() == 0 else ["--user", "--map-root-user"]
         self._holder = subprocess.Popen(
-            [
-                "unshare",
-                *user,
-                "--mount",
-                "--propagation",
-                "private",
-                "sh",
-                "-ec",
-                f"{setup}\necho ready\nexec cat",
-            ],
+            [*unshare(), "sh"],
             stdin=subprocess.PIPE,
             stdout=subprocess.PIPE,
             env=world.environment,
+            text=True,
+            bufsize=1,
         )
-        if self._holder.stdout.readline() != b"ready\n":
-            raise AssertionError(f"cannot prepare a mount namespace with: {setup}")
         world.keep(self)
-        enter = ["--user", "--preserve-credentials"] if user else []
+        self.run(setup)
         #: Runs the command that follows inside of it.
-        self.prefix = ["nsenter", f"--target={self._holder.pid}", *enter, "--mount", "--"]
+        self.prefix = ["nsenter", f"--target={self._holder.pid}", "--mount", "--"]
 
     def run(self, script):
-        subprocess.run([*self.prefix, "sh", "-ec", script], check=True, stdin=subprocess.DEVNULL)
+        """Runs a shell script inside, with the right to mount."""
+        self._holder.stdin.write(f"( set -e\n{script}\n) </dev/null; echo {_MARK} $?\n")
+        self._holder.stdin.flush()
+        for line in self._holder.stdout:
+            if line.startswith(_MARK):
+                if line.split()[-1] != "0":
+                    raise AssertionError(f"failed in a mount namespace: {script}")
+                return
+        raise AssertionError(f"the shell in a mount namespace ended at: {script}")
 
     def close(self):
         self._holder.stdin.close()
@@ -55,7 +74,4 @@ class SmallDisk(MountNamespace):
 
     def fill(self):
         """Somebody else takes all the room that is left."""
-        self.run(f"cat /dev/zero > {self._folder}/others 2>&1 || true")
-
-    def free(self):
-        self.run(f"rm {self._folder}/others")
+        self.run(f"cat /dev/zero > {self._folder}/others 2>/dev/null || true")

@@ -10,7 +10,7 @@ from gi.repository import Gio, GLib
 
 from tinkra_world import CallRefused
 from tinkra_world.client import INTERFACE, NAME, PATH
-from tinkra_world.namespaces import MountNamespace
+from tinkra_world.namespaces import behind
 from tinkra_world.parallel import fewer_when_sanitized
 from tinkra_world.processes import settle
 
@@ -76,17 +76,17 @@ def test_a_sandboxed_program_is_refused_everything(world):
     world.daemon().start()
     client = world.client()
     client.add(world.alarm(HOUR, title="board meeting"))
-    sandbox = MountNamespace(
-        world,
+    root = world.root / "sandbox"
+    root.mkdir()
+    inside = behind(
+        root,
         f"""
-        mkdir {world.root}/sandbox
-        mount -t tmpfs tmpfs {world.root}/sandbox
-        cd {world.root}/sandbox
+        mount -t tmpfs tmpfs {root}
+        cd {root}
         for folder in usr etc proc dev tmp; do mkdir $folder; mount --rbind /$folder $folder; done
         for link in bin lib lib64 sbin; do ln -s usr/$link $link; done
         touch .flatpak-info""",
     )
-    inside = [*sandbox.prefix, "chroot", f"{world.root}/sandbox"]
     for method in METHODS:
         output, error = call_as(inside, world, method)
         assert DENIED in error and "board meeting" not in output + error, (method, output, error)

@@ -113,7 +113,8 @@ def test_starts_on_a_store_that_is_empty_cut_short_zeroed_or_random(good):
 
 
 def test_starts_on_a_log_that_is_empty_cut_short_zeroed_or_random(good_after_kill):
-    """A log whose end was never written looks the same, so the loss cannot be reported; but no alarm is half."""
+    """A log whose end was never written looks the same, so the loss cannot be reported; but no alarm is
+    half."""
     alarms, files = good_after_kill
     logs = [name for name in files if name.endswith(("-wal", "-journal"))]
     assert logs
@@ -213,6 +214,17 @@ def test_works_in_memory_with_a_file_in_place_of_its_folder(world):
     assert world.store.parent.read_text() == "in the way"
 
 
+def test_works_in_memory_where_its_folder_belongs_to_somebody_else(world):
+    if os.geteuid() == 0:
+        world.store.parent.mkdir()
+        os.chown(world.store.parent, 65534, 65534)
+    else:
+        world.store.parent.symlink_to("/usr")
+    before = sorted(world.store.parent.iterdir())
+    lives_and_fires(world, world.daemon().start(), in_memory=True)
+    assert sorted(world.store.parent.iterdir()) == before
+
+
 def test_does_not_fall_for_a_folder_in_place_of_its_file(world):
     world.store.mkdir(parents=True, mode=0o700)
     world.store.parent.chmod(0o700)
@@ -236,7 +248,7 @@ def read_only_disk(world, files=()):
         f"""
         mount -t tmpfs -o mode=0700 tmpfs {folder}
         cp -r {source}/. {folder}
-        mount -o remount,ro {folder}""",
+        mount -o remount,bind,ro {folder}""",
     )
 
 

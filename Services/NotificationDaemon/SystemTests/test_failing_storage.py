@@ -168,8 +168,8 @@ def test_a_notification_is_shown_although_that_cannot_be_recorded(world, call, e
 
 @pytest.mark.parametrize("number", range(1, 11))
 def test_a_failed_sync_of_a_file_is_never_trusted_again(world, number):
-    """The pages of a failed sync count as clean afterwards, so that a second sync of them proves nothing: what
-    is acknowledged must have been written again, to another file."""
+    """The pages of a failed sync count as clean afterwards, so that a second sync of them proves nothing:
+    what is acknowledged must have been written again, to another file."""
     log = world.root / "trace"
     daemon = world.daemon().start(
         tracing=[
@@ -210,7 +210,7 @@ def test_a_kill_between_showing_and_recording_repeats_it_once(world):
     server.wait_for(2)
     first, second = server.shown
     assert (first.summary, first.body) == (second.summary, second.body)
-    daemon.kill()
+    daemon.stop()
     daemon.start()
     client.pending_identifiers()
     world.check_ledger(server)
