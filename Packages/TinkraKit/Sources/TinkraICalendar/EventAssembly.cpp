@@ -28,6 +28,12 @@ LocalSeconds dayOf(const ZonedTime& time)
     return midnightOf(time.form == TimeForm::Utc ? time.time + hours{12} : time.time);
 }
 
+/// What an exception replaces.
+ZonedTime instanceOf(const EventDraft& exception)
+{
+    return exception.recurrenceId.value_or(exception.start);
+}
+
 /// FNV-1a, 64 bits.
 class Fingerprint {
 public:
@@ -140,33 +146,30 @@ std::string EventAssembly::identifierFromContent(const EventDraft& event) const
 
 void EventAssembly::addGroup(const EventGroup& group)
 {
-    for (const auto at : group.namesakes) {
-        const auto record = addEvent(draft(at));
-        addSeries(record, draft(at), {}, 0);
-    }
-    const auto* master = group.master ? &draft(*group.master) : nullptr;
-    if (group.exceptions.empty()) {
-        addSeries(addEvent(*master), *master, {}, 0);
-        return;
-    }
-    auto exceptions = newestOfEach(group.exceptions, master);
-    if (master == nullptr) {
-        for (const auto at : exceptions)
+    for (const auto at : group.namesakes)
+        addSeries(addEvent(draft(at)), draft(at), {}, 0);
+    if (!group.master) {
+        for (const auto at : newestOfEach(group.exceptions, nullptr))
             addEvent(draft(at));
         return;
     }
+    const auto& master = draft(*group.master);
+    const auto record = addEvent(master);
+    if (group.exceptions.empty()) {
+        addSeries(record, master, {}, 0);
+        return;
+    }
 
-    // What was deleted stays deleted, even when it had been moved before. Its key is among the deleted dates.
-    const auto record = addEvent(*master);
-    const auto deleted = exceptionDates(m_parts.events[record], *master);
-    std::erase_if(exceptions, [&](std::uint32_t at) {
-        const auto& masterRecord = m_parts.events[record];
-        return isAmong(deleted, keyOf(*draft(at).recurrenceId, masterRecord), masterRecord);
-    });
+    // What was deleted stays deleted, even when it had been moved before.
+    auto exceptions = newestOfEach(group.exceptions, &master);
+    const auto series = m_parts.events[record];
+    const auto deleted = exceptionDates(series, master);
+    std::erase_if(exceptions,
+        [&](std::uint32_t at) { return isAmong(deleted, keyOf(instanceOf(draft(at)), series), series); });
     const auto firstException = static_cast<std::uint32_t>(m_parts.events.size());
     for (const auto at : exceptions)
         addEvent(draft(at));
-    addSeries(record, *master, exceptions, firstException);
+    addSeries(record, master, exceptions, firstException);
 }
 
 std::uint32_t EventAssembly::addEvent(const EventDraft& event)
@@ -187,10 +190,10 @@ std::uint32_t EventAssembly::addEvent(const EventDraft& event)
 EventRecord EventAssembly::timesOf(const EventDraft& event) const
 {
     EventRecord record;
-    const auto length = lengthOf(*event.start, event.end, event.duration, event.calendar);
-    record.start = event.start->time;
-    record.zone = zoneOf(*event.start, event.calendar);
-    record.isDate = event.start->form == TimeForm::Date;
+    const auto length = lengthOf(event.start, event.end, event.duration, event.calendar);
+    record.start = event.start.time;
+    record.zone = zoneOf(event.start, event.calendar);
+    record.isDate = event.start.form == TimeForm::Date;
     record.lengthSeconds = length.seconds;
     record.lengthDays = length.nominalDays;
     record.isLengthOnClock = length.isOnClock;
@@ -304,7 +307,7 @@ std::vector<std::uint32_t> EventAssembly::newestOfEach(
     keyed.reserve(exceptions.size());
     auto series = master != nullptr ? timesOf(*master) : EventRecord{};
     for (const auto at : exceptions) {
-        const auto& time = *draft(at).recurrenceId;
+        const auto time = instanceOf(draft(at));
         if (master == nullptr) { // without a series, the key itself says on which clock it is
             series.isDate = time.form == TimeForm::Date;
             series.zone = zoneOf(time, draft(at).calendar);
@@ -350,7 +353,7 @@ void EventAssembly::addSeries(std::uint32_t at, const EventDraft& master,
     std::vector<SplitRecord> splits;
     for (std::size_t i = 0; i < exceptions.size(); ++i) {
         const auto& exception = draft(exceptions[i]);
-        const auto key = keyOf(*exception.recurrenceId, record);
+        const auto key = keyOf(instanceOf(exception), record);
         skips.push_back(key);
         if (exception.appliesToFuture)
             splits.push_back({canonical(key, record), firstException + static_cast<std::uint32_t>(i)});

@@ -43,7 +43,7 @@ struct EventDraft {
     Slice exclusionRules;
     Slice extras;
     Slice exceptions;
-    std::optional<ZonedTime> start;
+    ZonedTime start;
     std::optional<ZonedTime> end;
     std::optional<ZonedTime> recurrenceId;
     std::optional<Duration> duration;

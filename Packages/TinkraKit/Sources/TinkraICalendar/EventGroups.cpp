@@ -30,7 +30,7 @@ auto version(const EventDraft& event)
 
 auto startOf(const EventDraft& event)
 {
-    return std::tuple{event.start->time, event.start->zone, event.start->form};
+    return std::tuple{event.start.time, event.start.zone, event.start.form};
 }
 
 /// The events that do not have their UID for themselves.
@@ -96,23 +96,25 @@ EventGroup groupOf(const Drafts& drafts, const std::vector<std::uint32_t>& membe
     std::vector<std::uint32_t> masters;
     for (const auto member : members)
         (event(member).recurrenceId ? group.exceptions : masters).push_back(member);
-    if (!masters.empty()) {
-        group.master = *std::max_element(masters.begin(), masters.end(), isOlder);
-    } else {
+    if (masters.empty()) {
         // A series that carries a RECURRENCE-ID of its own stands in for a master that is not there.
         auto candidates = members;
         std::erase_if(candidates, [&](std::uint32_t at) { return event(at).rules.count == 0; });
         if (!candidates.empty()) {
-            group.master = *std::max_element(candidates.begin(), candidates.end(), isOlder);
-            std::erase(group.exceptions, *group.master);
+            const auto newest = *std::max_element(candidates.begin(), candidates.end(), isOlder);
+            group.master = newest;
+            std::erase(group.exceptions, newest);
         }
+        return group;
     }
+    const auto newest = *std::max_element(masters.begin(), masters.end(), isOlder);
+    group.master = newest;
     if (masters.size() > 1 && group.exceptions.empty()) {
-        std::set<decltype(startOf(event(0)))> starts{startOf(event(*group.master))};
-        for (auto at = masters.rbegin(); at != masters.rend(); ++at) {
-            if (version(event(*at)) == version(event(*group.master))
-                && starts.insert(startOf(event(*at))).second)
-                group.namesakes.push_back(*at);
+        std::set<decltype(startOf(event(0)))> starts{startOf(event(newest))};
+        std::reverse(masters.begin(), masters.end());
+        for (const auto at : masters) {
+            if (version(event(at)) == version(event(newest)) && starts.insert(startOf(event(at))).second)
+                group.namesakes.push_back(at);
         }
     }
     return group;

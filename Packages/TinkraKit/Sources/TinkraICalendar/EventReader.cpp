@@ -60,7 +60,9 @@ private:
     LineReader m_lines;
     Notices& m_notices;
     Drafts m_drafts;
-    std::optional<EventDraft> m_event;
+    EventDraft m_event; ///< the one that is open
+    bool m_isInEvent = false;
+    std::optional<ZonedTime> m_start; ///< its DTSTART
     std::size_t m_textsBefore = 0; ///< length of the texts when the event began
     ComponentStack m_passedOver; ///< components that are open inside the event or the calendar
     std::optional<std::size_t> m_zoneBegin; ///< offset of the VTIMEZONE that is open
@@ -110,13 +112,15 @@ void EventReader::begin(std::string_view component)
     } else if (equalsIgnoringCase(component, "VEVENT")) {
         closeAll(Ending::Missing);
         m_textsBefore = m_drafts.texts.size();
-        m_event = EventDraft{};
-        m_event->line = m_lines.number();
-        m_event->calendar = m_calendar;
-        m_event->rules.first = static_cast<std::uint32_t>(m_drafts.rules.size());
-        m_event->exclusionRules.first = static_cast<std::uint32_t>(m_drafts.exclusionRules.size());
-        m_event->extras.first = static_cast<std::uint32_t>(m_drafts.extras.size());
-        m_event->exceptions.first = static_cast<std::uint32_t>(m_drafts.exceptions.size());
+        m_event = {};
+        m_isInEvent = true;
+        m_start.reset();
+        m_event.line = m_lines.number();
+        m_event.calendar = m_calendar;
+        m_event.rules.first = static_cast<std::uint32_t>(m_drafts.rules.size());
+        m_event.exclusionRules.first = static_cast<std::uint32_t>(m_drafts.exclusionRules.size());
+        m_event.extras.first = static_cast<std::uint32_t>(m_drafts.extras.size());
+        m_event.exceptions.first = static_cast<std::uint32_t>(m_drafts.exceptions.size());
     } else if (equalsIgnoringCase(component, "VTIMEZONE")) {
         closeAll(Ending::Missing);
         m_zoneBegin = m_lines.offset();
@@ -132,7 +136,7 @@ void EventReader::end(std::string_view component)
         closeAll(Ending::Missing);
         m_hasEndedCalendar |= m_isCalendarOpen;
         m_isCalendarOpen = false;
-    } else if (equalsIgnoringCase(component, "VEVENT") && m_event) {
+    } else if (equalsIgnoringCase(component, "VEVENT") && m_isInEvent) {
         closeAll(Ending::There);
     } else {
         m_passedOver.pop(component);
@@ -158,29 +162,29 @@ void EventReader::closeZone(std::size_t offset)
 
 void EventReader::closeEvent(Ending ending)
 {
-    if (!m_event)
+    if (!std::exchange(m_isInEvent, false))
         return;
-    auto event = *std::exchange(m_event, {});
     if (ending == Ending::Missing)
-        m_notices.add(event.line, "the event has no end; what there is of it was taken.");
-    if (!event.start)
-        event.start = event.recurrenceId; // an exception that leaves its time as it was
-    if (event.start) {
-        m_drafts.events.push_back(event);
+        m_notices.add(m_event.line, "the event has no end; what there is of it was taken.");
+    if (!m_start)
+        m_start = m_event.recurrenceId; // an exception that leaves its time as it was
+    if (m_start) {
+        m_event.start = *m_start;
+        m_drafts.events.push_back(m_event);
         return;
     }
-    m_notices.add(event.line, "the event has no start that can be read; it was left out.");
+    m_notices.add(m_event.line, "the event has no start that can be read; it was left out.");
     m_drafts.texts.resize(m_textsBefore);
-    m_drafts.rules.resize(event.rules.first);
-    m_drafts.exclusionRules.resize(event.exclusionRules.first);
-    m_drafts.extras.resize(event.extras.first);
-    m_drafts.exceptions.resize(event.exceptions.first);
+    m_drafts.rules.resize(m_event.rules.first);
+    m_drafts.exclusionRules.resize(m_event.exclusionRules.first);
+    m_drafts.extras.resize(m_event.extras.first);
+    m_drafts.exceptions.resize(m_event.exceptions.first);
 }
 
 void EventReader::readProperty(NamedProperty property, std::string_view line)
 {
     const auto value = [&] { return divide(line, property.length).value; };
-    if (!m_event) {
+    if (!m_isInEvent) {
         if (property.name == PropertyName::DefaultZone) {
             m_drafts.zones.setDefault(
                 m_calendar, m_drafts.zones.indexOf(trimmed(value()), m_calendar, m_lines.number()));
@@ -189,10 +193,10 @@ void EventReader::readProperty(NamedProperty property, std::string_view line)
     }
     switch (property.name) {
     case PropertyName::DateTimeStart:
-        readOnce(m_event->start, line, property.length);
+        readOnce(m_start, line, property.length);
         break;
     case PropertyName::DateTimeEnd:
-        readOnce(m_event->end, line, property.length);
+        readOnce(m_event.end, line, property.length);
         break;
     case PropertyName::RecurrenceId:
         readRecurrenceId(line, property.length);
@@ -201,10 +205,10 @@ void EventReader::readProperty(NamedProperty property, std::string_view line)
         readDuration(value());
         break;
     case PropertyName::RecurrenceRule:
-        readRule(m_event->rules, m_drafts.rules, value());
+        readRule(m_event.rules, m_drafts.rules, value());
         break;
     case PropertyName::ExceptionRule:
-        readRule(m_event->exclusionRules, m_drafts.exclusionRules, value());
+        readRule(m_event.exclusionRules, m_drafts.exclusionRules, value());
         break;
     case PropertyName::RecurrenceDates:
         readDates(line, property.length, [this](auto one, auto parameters) { readExtra(one, parameters); });
@@ -214,23 +218,23 @@ void EventReader::readProperty(NamedProperty property, std::string_view line)
             line, property.length, [this](auto one, auto parameters) { readException(one, parameters); });
         break;
     case PropertyName::Summary:
-        if (!m_event->hasTitle)
-            m_event->title = addText(value());
-        m_event->hasTitle = true;
+        if (!m_event.hasTitle)
+            m_event.title = addText(value());
+        m_event.hasTitle = true;
         break;
     case PropertyName::Uid:
-        if (m_event->uid.count == 0)
-            m_event->uid = addText(trimmed(value()));
+        if (m_event.uid.count == 0)
+            m_event.uid = addText(trimmed(value()));
         break;
     case PropertyName::Sequence:
         readSequence(trimmed(value()));
         break;
     // Only looked at when two events are at odds; a folded one is not kept.
     case PropertyName::DateTimeStamp:
-        m_event->stamp = m_lines.line();
+        m_event.stamp = m_lines.line();
         break;
     case PropertyName::LastModified:
-        m_event->lastModified = m_lines.line();
+        m_event.lastModified = m_lines.line();
         break;
     case PropertyName::Begin:
     case PropertyName::End:
@@ -279,17 +283,17 @@ void EventReader::readOnce(std::optional<ZonedTime>& time, std::string_view line
 
 void EventReader::readRecurrenceId(std::string_view line, std::size_t nameLength)
 {
-    readOnce(m_event->recurrenceId, line, nameLength);
+    readOnce(m_event.recurrenceId, line, nameLength);
     const auto range = parameter(divide(line, nameLength).parameters, "RANGE", m_parameterBuffer);
-    m_event->appliesToFuture = equalsIgnoringCase(range, "THISANDFUTURE");
+    m_event.appliesToFuture = equalsIgnoringCase(range, "THISANDFUTURE");
 }
 
 void EventReader::readDuration(std::string_view value)
 {
-    if (m_event->duration)
+    if (m_event.duration)
         return;
-    m_event->duration = parseDuration(value);
-    if (!m_event->duration)
+    m_event.duration = parseDuration(value);
+    if (!m_event.duration)
         note("is no duration", value);
 }
 
@@ -330,14 +334,14 @@ void EventReader::readExtra(std::string_view value, std::string_view parameters)
             extra.end = zonedTime(end, parameters);
     }
     m_drafts.extras.push_back(extra);
-    ++m_event->extras.count;
+    ++m_event.extras.count;
 }
 
 void EventReader::readException(std::string_view value, std::string_view parameters)
 {
     if (const auto time = zonedTime(value.substr(0, value.find('/')), parameters)) {
         m_drafts.exceptions.push_back(*time);
-        ++m_event->exceptions.count;
+        ++m_event.exceptions.count;
     } else {
         note("is no date or time", value);
     }
@@ -363,9 +367,9 @@ void EventReader::readRule(Slice& ofEvent, std::vector<Slice>& rules, std::strin
 
 void EventReader::readSequence(std::string_view value)
 {
-    const auto result = std::from_chars(value.data(), value.data() + value.size(), m_event->sequence);
+    const auto result = std::from_chars(value.data(), value.data() + value.size(), m_event.sequence);
     if (result.ec == std::errc::result_out_of_range)
-        m_event->sequence = std::numeric_limits<std::int32_t>::max();
+        m_event.sequence = std::numeric_limits<std::int32_t>::max();
 }
 
 void EventReader::note(std::string_view what, std::string_view value)
