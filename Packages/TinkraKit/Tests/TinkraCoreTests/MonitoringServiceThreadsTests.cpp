@@ -78,6 +78,7 @@ TEST(MonitoringServiceThreads, ServesManyCallersOnManyThreads)
         world.provider, world.scheduler, monitoring(), Seconds{86'400}, quiet.get_executor());
     TestLoop loop;
     loop.runInRealTime(service.sync(noon));
+    quiet.join();
 
     EXPECT_EQ(world.scheduler->armedIDs().size(), 2U);
 }
@@ -88,6 +89,7 @@ TEST(MonitoringServiceThreads, BringsItsCallersBackToTheirOwnExecutor)
     TestLoop loop;
 
     loop.runInRealTime(useAndCompareThreads(&world.service, std::this_thread::get_id()));
+    world.pool.join(); // its threads let go of the loop before the loop goes
 }
 
 TEST(MonitoringServiceThreads, BringsItsCallersBackWithAnErrorToo)
@@ -97,6 +99,7 @@ TEST(MonitoringServiceThreads, BringsItsCallersBackWithAnErrorToo)
     TestLoop loop;
 
     loop.runInRealTime(failAndCompareThreads(&world.service, std::this_thread::get_id()));
+    world.pool.join(); // its threads let go of the loop before the loop goes
 }
 
 }
