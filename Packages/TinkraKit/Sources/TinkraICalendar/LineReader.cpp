@@ -9,6 +9,8 @@ namespace {
 
 const char* find(char wanted, const char* from, const char* end)
 {
+    if (from == end) // perhaps both null, which memchr does not take
+        return end;
     const auto* found = std::memchr(from, wanted, static_cast<std::size_t>(end - from));
     return found == nullptr ? end : static_cast<const char*>(found);
 }

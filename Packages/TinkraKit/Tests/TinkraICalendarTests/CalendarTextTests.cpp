@@ -179,6 +179,7 @@ TEST(CalendarText, IsWholeOnlyBetweenItsBeginAndItsEnd)
     EXPECT_FALSE(Calendar::read(text.substr(0, text.size() - 3)).isWhole());
     EXPECT_FALSE(Calendar::read(text.substr(text.find('\n') + 1)).isWhole());
     EXPECT_FALSE(Calendar::read("").isWhole());
+    EXPECT_FALSE(Calendar::read({}).isWhole());
     EXPECT_FALSE(Calendar::read("<!DOCTYPE html><html></html>").isWhole());
     EXPECT_FALSE(Calendar::read("BEGIN:VCALENDAR\nEND:VCALENDAR\nBEGIN:VCALENDAR\n").isWhole());
 }
