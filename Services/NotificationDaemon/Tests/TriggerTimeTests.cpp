@@ -16,9 +16,11 @@ using NotificationDaemonProtocol::WallClock;
 class ZoneNamed {
 public:
     explicit ZoneNamed(const char* name)
-        : m_before(std::getenv("TZ") != nullptr ? std::getenv("TZ") : "")
-        , m_hadOne(std::getenv("TZ") != nullptr)
     {
+        if (const char* before = std::getenv("TZ"); before != nullptr) {
+            m_before = before;
+            m_hadOne = true;
+        }
         setenv("TZ", name, 1);
         m_zone = std::make_unique<SystemZone>();
     }
@@ -37,7 +39,7 @@ public:
 
 private:
     std::string m_before;
-    bool m_hadOne;
+    bool m_hadOne = false;
     std::unique_ptr<SystemZone> m_zone;
 };
 
@@ -54,9 +56,9 @@ double exactly(std::int64_t instant)
 TEST(TriggerTime, IsTheInstantAtWhichTheWallClockShowsTheComponents)
 {
     struct Case {
-        const char* zone;
+        const char* zone = nullptr;
         WallClock components;
-        std::int64_t instant;
+        std::int64_t instant = 0;
     };
     for (const auto& [name, components, instant] : std::initializer_list<Case>{
              {"UTC", {2026, 11, 20, 9, 59, 30}, utc(2026, 11, 20, 9, 59, 30)},
@@ -78,10 +80,10 @@ TEST(TriggerTime, IsTheInstantAtWhichTheWallClockShowsTheComponents)
 }
 
 struct ChangeCase {
-    const char* zone;
+    const char* zone = nullptr;
     WallClock components;
-    std::int64_t first; ///< the earlier of the two instants that could be meant
-    std::int64_t second;
+    std::int64_t first = 0; ///< the earlier of the two instants that could be meant
+    std::int64_t second = 0;
 };
 
 class RepeatedHour : public testing::TestWithParam<ChangeCase> { };
