@@ -32,7 +32,7 @@ bool has(std::uint64_t mask, std::int64_t n)
 }
 
 /// The first bit that is not before `n`, or kNone.
-int firstFrom(std::uint64_t mask, std::int64_t n)
+std::int64_t firstFrom(std::uint64_t mask, std::int64_t n)
 {
     return std::countr_zero(mask >> static_cast<unsigned>(n) << static_cast<unsigned>(n));
 }
@@ -58,13 +58,13 @@ std::int64_t DayClock::nextAllowed(std::int64_t time) const
     const auto minute = time / 60 % 60;
     if (has(m_hours, hour)) {
         if (has(m_minutes, minute)) {
-            if (const int second = firstFrom(m_seconds, time % 60); second != kNone)
+            if (const auto second = firstFrom(m_seconds, time % 60); second != kNone)
                 return time - time % 60 + second;
         }
-        if (const int later = firstFrom(m_minutes, minute + 1); later != kNone)
+        if (const auto later = firstFrom(m_minutes, minute + 1); later != kNone)
             return hour * 3600 + later * 60 + firstFrom(m_seconds, 0);
     }
-    if (const int later = firstFrom(m_hours, hour + 1); later != kNone)
+    if (const auto later = firstFrom(m_hours, hour + 1); later != kNone)
         return later * 3600 + firstFrom(m_minutes, 0) * 60 + firstFrom(m_seconds, 0);
     return kDay;
 }

@@ -31,12 +31,12 @@ public:
     }
 
     /// Gives the zone that is kept: another thread may have been quicker.
-    ZonePtr keep(std::string_view name, ZonePtr zone)
+    ZonePtr keep(std::string_view name, const ZonePtr& zone)
     {
         const std::unique_lock lock(m_mutex);
         if (m_zones.size() >= kMostNames)
             m_zones.clear(); // somebody makes up names; the zones in use live on
-        return m_zones.try_emplace(std::string(name), std::move(zone)).first->second;
+        return m_zones.try_emplace(std::string(name), zone).first->second;
     }
 
     void clearIfOlderThan(ZoneFolderState state)
@@ -98,7 +98,7 @@ ZonePtr ianaZone(const std::string& name)
     if (auto known = cache().find(name))
         return *known;
     auto zone = loadIanaZone(name);
-    return zone ? cache().keep(name, std::move(zone)) : nullptr;
+    return zone ? cache().keep(name, zone) : nullptr;
 }
 
 /// What follows the first `count` slashes from the end.

@@ -168,7 +168,7 @@ std::optional<PosixZoneRule> parsePosixZoneRule(std::string_view text)
     }
     const auto begin = scanner.take(',') ? scanner.takeMoment() : std::nullopt;
     const auto end = begin && scanner.take(',') ? scanner.takeMoment() : std::nullopt;
-    if (!end || !scanner.isAtEnd())
+    if (!begin || !end || !scanner.isAtEnd())
         return std::nullopt;
     daylight.begin = *begin;
     daylight.end = *end;

@@ -69,14 +69,17 @@ int daysUntil(weekday from, weekday to)
 
 RuleDays::RuleDays(const RecurrenceRule& rule, LocalDays start)
     : m_rule(rule)
+    , m_hasMonthDays(!rule.byMonthDay.empty())
+    , m_hasWeekdays(!rule.byDay.empty())
+    , m_numbersCountInMonth(rule.frequency == Frequency::Monthly || !rule.byMonth.empty())
+    , m_isLimited(!rule.byMonth.empty() || m_hasMonthDays || m_hasWeekdays || !rule.byYearDay.empty()
+          || !rule.byWeekNo.empty())
 {
     for (const auto n : rule.byMonth)
         m_months |= static_cast<std::uint16_t>(bit(n));
-    for (const int n : rule.byMonthDay)
+    for (const auto n : rule.byMonthDay)
         (n > 0 ? m_monthDays : m_monthDaysFromEnd) |= bit(std::abs(n));
-    m_hasMonthDays = !rule.byMonthDay.empty();
 
-    m_hasWeekdays = !rule.byDay.empty();
     const bool countsInPeriod = rule.frequency == Frequency::Monthly
         || (rule.frequency == Frequency::Yearly && rule.byWeekNo.empty());
     for (const auto& day : rule.byDay) {
@@ -85,10 +88,6 @@ RuleDays::RuleDays(const RecurrenceRule& rule, LocalDays start)
         else
             m_weekdays |= static_cast<std::uint8_t>(bit(static_cast<int>(day.weekday.c_encoding())));
     }
-    m_numbersCountInMonth = rule.frequency == Frequency::Monthly || !rule.byMonth.empty();
-
-    m_isLimited =
-        m_months != 0 || m_hasMonthDays || m_hasWeekdays || !rule.byYearDay.empty() || !rule.byWeekNo.empty();
     fillGaps(start);
     if (m_months == 0)
         m_months = kAllMonths;
@@ -143,7 +142,7 @@ bool RuleDays::allowsWeek(LocalDays day) const
     const year of = weekYear(day);
     const auto weeks = static_cast<int>((weekOne(of + std::chrono::years{1}) - weekOne(of)).count()) / 7;
     const auto week = static_cast<int>((day - weekOne(of)).count()) / 7 + 1;
-    for (const int wanted : m_rule.byWeekNo) {
+    for (const auto wanted : m_rule.byWeekNo) {
         if (fromBeginning(wanted, weeks) == week)
             return true;
     }
@@ -297,7 +296,7 @@ void RuleDays::addWeeksOfYear(year of, DayList& list) const
     const auto first = weekOne(of);
     const auto count = static_cast<int>((weekOne(of + std::chrono::years{1}) - first).count()) / 7;
     std::uint64_t weeks = 0;
-    for (const int wanted : m_rule.byWeekNo) {
+    for (const auto wanted : m_rule.byWeekNo) {
         const int week = fromBeginning(wanted, count);
         if (week >= 1 && week <= count)
             weeks |= std::uint64_t{1} << static_cast<unsigned>(week);

@@ -72,11 +72,11 @@ private:
     DayMask m_monthDaysFromEnd = 0; // bit n: BYMONTHDAY=-n
     std::uint16_t m_months = 0; // bit n: month n
     std::uint8_t m_weekdays = 0; // bit n: weekday n from Sunday = 0, without a number
-    bool m_hasMonthDays = false;
-    bool m_hasWeekdays = false;
+    bool m_hasMonthDays;
+    bool m_hasWeekdays;
+    bool m_numbersCountInMonth;
+    bool m_isLimited;
     bool m_hasNumbers = false;
-    bool m_numbersCountInMonth = false;
-    bool m_isLimited = false;
     bool m_isLeapDay = false; // DTSTART is
     bool m_isLateInMonth = false; // DTSTART is on a day that not every month has
 };
