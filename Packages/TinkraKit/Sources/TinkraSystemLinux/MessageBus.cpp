@@ -28,14 +28,17 @@ struct MessageBus::PendingCall {
         : executor(callersExecutor)
         , deadline(std::chrono::steady_clock::now() + timeLimit)
         , call(std::move(whatToCall))
-        , timer(std::make_shared<asio::steady_timer>(executor, timeLimit))
         , isOver(std::make_shared<std::atomic_flag>())
     {
-        timer->async_wait([failed = call.failed, timeLimit, isOver = isOver](const asio::error_code& error) {
-            if (!error && !isOver->test_and_set())
-                failed(busError(
-                    noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
-        });
+        // The wait owns the timer, so that it ends on the executor that it belongs to.
+        const auto owned = std::make_shared<asio::steady_timer>(executor, timeLimit);
+        timer = owned;
+        owned->async_wait(
+            [owned, failed = call.failed, timeLimit, isOver = isOver](const asio::error_code& error) {
+                if (!error && !isOver->test_and_set())
+                    failed(busError(
+                        noReply, "There was no answer within " + std::to_string(timeLimit.count()) + " ms."));
+            });
     }
     PendingCall(const PendingCall&) = delete;
     PendingCall& operator=(const PendingCall&) = delete;
@@ -60,19 +63,22 @@ struct MessageBus::PendingCall {
         }
     }
 
-    /// True for the first who asks. A timer is touched on the executor of its caller alone.
+    /// True for the first who asks.
     bool end()
     {
         if (isOver->test_and_set())
             return false;
-        asio::post(executor, [timer = timer] { timer->cancel(); });
+        asio::post(executor, [timer = timer] {
+            if (const auto waiting = timer.lock())
+                waiting->cancel();
+        });
         return true;
     }
 
     Executor executor;
     std::chrono::steady_clock::time_point deadline;
     Call call;
-    std::shared_ptr<asio::steady_timer> timer;
+    std::weak_ptr<asio::steady_timer> timer;
     std::shared_ptr<std::atomic_flag> isOver;
 };
 

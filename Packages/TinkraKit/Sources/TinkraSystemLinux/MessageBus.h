@@ -26,7 +26,8 @@ struct BusMethod {
 };
 
 /// A connection to one message bus. It is made when it is first needed, on a thread of its own, and made anew
-/// after it broke, so that no caller is ever held up by a bus that is missing or does not answer.
+/// after it broke, so that no caller is ever held up by a bus that is missing or does not answer. The
+/// executors of its callers must outlive it.
 class MessageBus {
 public:
     enum class Kind { Session, System };

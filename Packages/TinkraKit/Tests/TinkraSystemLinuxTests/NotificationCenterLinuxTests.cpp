@@ -29,9 +29,8 @@ NotificationRequest request(std::string identifier)
 }
 
 /// The sentence that arming fails with.
-std::string troubleWithAdding(NotificationCenter& center)
+std::string troubleWithAdding(TestLoop& loop, NotificationCenter& center)
 {
-    TestLoop loop;
     try {
         loop.runInRealTime(center.add(request("one")));
     } catch (const NotificationCenterError& error) {
@@ -88,7 +87,7 @@ TEST_F(WithoutABus, ListingIsEmpty)
 
 TEST_F(WithoutABus, ArmingThrowsASentenceThatSaysWhatToDo)
 {
-    const auto trouble = troubleWithAdding(*center);
+    const auto trouble = troubleWithAdding(loop, *center);
 
     EXPECT_THAT(trouble, HasSubstr("Alarms are not armed"));
     EXPECT_THAT(trouble, HasSubstr("tinkra doctor"));
@@ -112,7 +111,7 @@ TEST(WithASilentBus, EveryCallEndsAndSoDoesTheCenter)
     const auto center = makeCenter(short_);
 
     EXPECT_THAT(loop.runInRealTime(center->pendingRequests()), IsEmpty());
-    EXPECT_THAT(troubleWithAdding(*center), HasSubstr("Alarms are not armed"));
+    EXPECT_THAT(troubleWithAdding(loop, *center), HasSubstr("Alarms are not armed"));
 }
 
 TEST(WithASilentBus, OtherStepsOfTheExecutorRunMeanwhile)
@@ -130,17 +129,19 @@ TEST(WithASilentBus, OtherStepsOfTheExecutorRunMeanwhile)
 TEST(WithARealBus, SaysThatTheServiceIsNotInstalled)
 {
     const PrivateBus bus(PrivateBus::Service::Missing);
+    TestLoop loop;
     const auto center = makeCenter();
 
-    EXPECT_THAT(troubleWithAdding(*center), HasSubstr("Alarms are not armed"));
+    EXPECT_THAT(troubleWithAdding(loop, *center), HasSubstr("Alarms are not armed"));
 }
 
 TEST(WithARealBus, SaysThatTheServiceCannotBeStarted)
 {
     const PrivateBus bus(PrivateBus::Service::Broken);
+    TestLoop loop;
     const auto center = makeCenter();
 
-    EXPECT_THAT(troubleWithAdding(*center), HasSubstr("Alarms are not armed"));
+    EXPECT_THAT(troubleWithAdding(loop, *center), HasSubstr("Alarms are not armed"));
 }
 
 TEST(WithARealBus, ReplacesTextThatIsNotUtf8BeforeItReachesTheBus)
