@@ -210,6 +210,7 @@ def test_a_kill_between_showing_and_recording_repeats_it_once(world):
     server.wait_for(2)
     first, second = server.shown
     assert (first.summary, first.body) == (second.summary, second.body)
+    wait_until(lambda: client.status()["due"] == 0, 5, "the second answer to arrive")
     daemon.stop()
     daemon.start()
     client.pending_identifiers()
