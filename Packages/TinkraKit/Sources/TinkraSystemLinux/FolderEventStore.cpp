@@ -180,4 +180,9 @@ Task<FolderStoreStatus> FolderEventStore::status()
     return m_state->ask<FolderStoreStatus>([](FolderIndex& index) { return index.status(); });
 }
 
+Task<FolderStoreStatus> FolderEventStore::examine()
+{
+    return m_state->ask<FolderStoreStatus>([](FolderIndex& index) { return index.examine(); });
+}
+
 }

@@ -57,6 +57,9 @@ public:
     /// What a person who looks after the folders should know. Does not need the grant. May throw.
     Task<FolderStoreStatus> status();
 
+    /// The same after reading every calendar, whether or not its events were asked for.
+    Task<FolderStoreStatus> examine();
+
 private:
     class State;
 

@@ -219,7 +219,7 @@ Task<std::vector<HealthFinding>> HealthChecksLinux::calendarFolders()
     std::vector<HealthFinding> findings;
     FolderStoreStatus status;
     try {
-        status = co_await m_calendars->status();
+        status = co_await m_calendars->examine();
     } catch (const std::exception& error) {
         findings.push_back({subject, Level::Failure, error.what(), "Make the folder readable."});
         co_return findings;

@@ -67,7 +67,7 @@ void AccountFolder::appendNotices(
 {
     for (const auto& notice : m_notices) {
         if (notices.size() < limit)
-            notices.push_back(place + "/" + notice);
+            notices.emplace_back(place).append("/").append(notice);
     }
 }
 

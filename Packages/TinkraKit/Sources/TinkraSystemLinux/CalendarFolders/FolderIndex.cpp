@@ -129,6 +129,27 @@ FolderStoreStatus FolderIndex::status()
     return status;
 }
 
+FolderStoreStatus FolderIndex::examine()
+{
+    refreshRoots();
+    const Instant now{m_fileSystem->now()};
+    EventExpansion expansion{now, now + std::chrono::days{30}};
+    std::vector<std::string> troubles;
+    forEachCalendar([&](RootFolder& root, AccountFolder& account, CalendarFolder& calendar) {
+        try {
+            readContents(root, account, calendar);
+            expansion.add(calendar, folderOf(root, account, calendar));
+        } catch (const std::exception& trouble) {
+            troubles.emplace_back(trouble.what());
+        }
+    });
+    m_expansionNotices = expansion.run().notices;
+
+    auto result = status();
+    addNotices(result.notices, troubles);
+    return result;
+}
+
 bool FolderIndex::beginWatching()
 {
     if (m_isWatching)

@@ -28,6 +28,9 @@ public:
         Instant from, Instant to, const std::vector<std::string>& calendarIdentifiers);
     FolderStoreStatus status();
 
+    /// Reads every calendar, asked for or not, and works out its next 30 days; then as `status`.
+    FolderStoreStatus examine();
+
     /// Watches the folders if no query has done so yet; true when that was new.
     bool beginWatching();
 

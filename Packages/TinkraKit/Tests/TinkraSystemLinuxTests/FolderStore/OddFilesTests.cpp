@@ -160,6 +160,31 @@ TEST_F(OddFilesTest, DoNotDisturbOthersCutAnywhere)
     }
 }
 
+TEST_F(OddFilesTest, AreNamedByAnExaminationThoughNobodyAskedForThem)
+{
+    write("Cloud/Home/odd.ics", "nothing");
+    EXPECT_THAT(status().notices, IsEmpty());
+
+    const auto examined = loop.runInRealTime(store->examine());
+
+    EXPECT_THAT(examined.notices, ElementsAre(HasSubstr("Home/odd.ics: does not begin")));
+    EXPECT_EQ(examined.calendars.size(), 2U);
+    EXPECT_EQ(examined.calendars.back().events, 1U);
+}
+
+TEST_F(OddFilesTest, AreHeardLastAndOnceWhenTheyHappenTooOften)
+{
+    write("Cloud/Work/a.ics",
+        vcalendar("BEGIN:VEVENT\r\nUID:x\r\nSUMMARY:X\r\nDTSTART:20200101T000000Z\r\n"
+                  "RRULE:FREQ=SECONDLY\r\nEND:VEVENT\r\n"));
+
+    const auto found = events();
+
+    ASSERT_EQ(found.size(), 10'001U);
+    EXPECT_EQ(found.front().title, "Good");
+    EXPECT_THAT(status().notices, Contains(HasSubstr("a.ics: ")));
+}
+
 TEST_F(OddFilesTest, AreNamedWhenTheyAreTooLarge)
 {
     write("Cloud/Work/large.ics", "BEGIN:VCALENDAR\r\n");
