@@ -24,6 +24,7 @@ std::vector<double> medianSeconds(const std::vector<Work>& works, int rounds)
         }
     }
     std::vector<double> medians;
+    medians.reserve(works.size());
     for (auto& each : times) {
         std::nth_element(each.begin(), each.begin() + rounds / 2, each.end());
         medians.push_back(each[static_cast<std::size_t>(rounds) / 2]);
@@ -34,6 +35,7 @@ std::vector<double> medianSeconds(const std::vector<Work>& works, int rounds)
 void runProgram(const std::vector<std::string>& arguments)
 {
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (const auto& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
