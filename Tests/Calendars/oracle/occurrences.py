@@ -54,12 +54,8 @@ class Reader:
         own = calendar.value("X-WR-TIMEZONE")
         if own and zone_named(own):
             self.floating = zone_named(own)
-        self.definitions = {}
-        for part in calendar.parts:
-            if part.name == "VTIMEZONE" and part.value("TZID") and not zone_named(part.value("TZID")):
-                zone = zone_from_component(part, self._onsets)
-                if zone:
-                    self.definitions[part.value("TZID")] = zone
+        self.definitions = {part.value("TZID"): part for part in calendar.parts if part.name == "VTIMEZONE"}
+        self.defined = {}
 
     @staticmethod
     def _onsets(start, rule, offset_before):
@@ -70,7 +66,12 @@ class Reader:
         return [local for local, _ in instances(Rule(rule), start, Fixed, False, (FAR_PAST, FAR_FUTURE))]
 
     def zone(self, tzid):
-        return zone_named(tzid) or self.definitions.get(tzid) or self.floating
+        return zone_named(tzid) or self._own_zone(tzid) or self.floating
+
+    def _own_zone(self, tzid):
+        if tzid in self.definitions and tzid not in self.defined:
+            self.defined[tzid] = zone_from_component(self.definitions[tzid], self._onsets)
+        return self.defined.get(tzid)
 
     def time(self, text, parameters):
         text = text.strip().upper()

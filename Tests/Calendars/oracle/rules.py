@@ -8,6 +8,7 @@ BYMONTH means DTSTART's month; a week belongs to the year that has four of its d
 import calendar
 import re
 from datetime import date, datetime, timedelta
+from functools import lru_cache
 
 WEEKDAYS = ["MO", "TU", "WE", "TH", "FR", "SA", "SU"]
 FREQUENCIES = ["SECONDLY", "MINUTELY", "HOURLY", "DAILY", "WEEKLY", "MONTHLY", "YEARLY"]
@@ -43,10 +44,12 @@ class Rule:
             self.days = {(0, day) for _, day in self.days}
 
 
+@lru_cache(maxsize=None)
 def days_of_month(year, month):
     return [date(year, month, day) for day in range(1, calendar.monthrange(year, month)[1] + 1)]
 
 
+@lru_cache(maxsize=None)
 def days_of_year(year):
     return [day for month in range(1, 13) for day in days_of_month(year, month)]
 
