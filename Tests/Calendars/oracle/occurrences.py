@@ -109,6 +109,8 @@ class Reader:
             end = self.time(event.value("DTEND"), event.line("DTEND").parameters)
             if end is None or end.is_date != start.is_date:
                 return Length(demanded=False)
+            if end.zone is self.floating and not event.line("DTEND").parameters.get("TZID"):
+                end.zone = start.zone  # an end without a zone is on the clock of the start
             if start.is_date:
                 days = (end.local - start.local).days
                 return Length(days) if days > 0 else Length(demanded=False)

@@ -69,6 +69,17 @@ void CalendarExpansion::run()
     }
 }
 
+bool CalendarExpansion::startFits()
+{
+    fill(0);
+    bool fits = false;
+    forEachLocal([&](LocalSeconds local) {
+        fits = fits || local == m_start.local;
+        return !fits;
+    });
+    return fits;
+}
+
 /// The number of the day, week, month or year.
 std::int64_t CalendarExpansion::unitOf(LocalDays day) const
 {

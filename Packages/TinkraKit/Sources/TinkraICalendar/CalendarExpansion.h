@@ -18,6 +18,9 @@ public:
 
     void run();
 
+    /// Whether DTSTART is among the times of its period.
+    bool startFits();
+
 private:
     enum class PeriodEnd { HadInstances, WasEmpty, Stop };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <vector>
 
 namespace Tinkra::ICalendar {
 
@@ -10,6 +11,7 @@ namespace {
 
 using std::chrono::days;
 using std::chrono::floor;
+using std::chrono::hh_mm_ss;
 using std::chrono::seconds;
 
 constexpr std::int64_t kDay = 86'400;
@@ -80,6 +82,19 @@ void ElapsedExpansion::run()
             return;
         ++m_index;
     }
+}
+
+bool ElapsedExpansion::startFits() const
+{
+    const auto local = m_zone.toLocal(m_begin);
+    const auto day = floor<days>(local);
+    const hh_mm_ss clock{local - day};
+    const auto allows = [](const std::vector<std::uint8_t>& list, std::int64_t value) {
+        return list.empty() || std::find(list.begin(), list.end(), value) != list.end();
+    };
+    return m_days.allows(day) && allows(m_rule.byHour, clock.hours().count())
+        && allows(m_rule.byMinute, clock.minutes().count())
+        && allows(m_rule.bySecond, clock.seconds().count());
 }
 
 /// Jumps to the range; with COUNT only where each step is an instance.

@@ -18,6 +18,9 @@ public:
 
     void run();
 
+    /// Whether the BY parts allow DTSTART.
+    bool startFits() const;
+
 private:
     bool takeStep(UtcSeconds utc, LocalSeconds local);
     bool takeWithin(UtcSeconds utc, LocalSeconds local);

@@ -32,27 +32,6 @@ bool overlaps(UtcSeconds start, UtcSeconds end, TimeRange range)
     return start < range.to && (end > range.from || (start == end && start >= range.from));
 }
 
-template <typename List, typename Value> bool allows(const List& list, Value value)
-{
-    return list.empty() || std::find(list.begin(), list.end(), value) != list.end();
-}
-
-/// Whether the parts of the rule that concern a single instance let this one pass.
-bool fits(const RecurrenceRule& rule, LocalSeconds time)
-{
-    const auto date = year_month_day{floor<days>(time)};
-    const hh_mm_ss clock{time - floor<days>(time)};
-    const auto monthDay = static_cast<int>(static_cast<unsigned>(date.day()));
-    const auto last =
-        static_cast<int>(static_cast<unsigned>((date.year() / date.month() / std::chrono::last).day()));
-    const auto isToday = [&](const WeekdayNumber& day) { return day.weekday == weekday{floor<days>(time)}; };
-    return allows(rule.byMonth, static_cast<unsigned>(date.month()))
-        && (allows(rule.byMonthDay, monthDay) || allows(rule.byMonthDay, monthDay - last - 1))
-        && (rule.byDay.empty() || std::any_of(rule.byDay.begin(), rule.byDay.end(), isToday))
-        && allows(rule.byHour, clock.hours().count()) && allows(rule.byMinute, clock.minutes().count())
-        && allows(rule.bySecond, clock.seconds().count());
-}
-
 }
 
 OccurrenceQuery::OccurrenceQuery(const PackedEvents& events, TimeRange range, ZonePtr viewer,
@@ -167,16 +146,26 @@ TimeRange OccurrenceQuery::reach(const Series& series) const
         std::min(endOfTime, m_range.to - back)};
 }
 
+std::optional<RecurrenceRule> OccurrenceQuery::parsedRule(const RuleText& rule) const
+{
+    std::vector<std::string> saidWhenRead;
+    return parseRecurrenceRule(m_events.text(rule.text, rule.length), saidWhenRead);
+}
+
+SeriesStart OccurrenceQuery::startOf(const Series& series)
+{
+    return {
+        .local = series.event.start, .zone = ZonePtr{ZonePtr{}, series.zone}, .isDate = series.event.isDate};
+}
+
 /// Expands one rule. False when the time for the event, or for the whole text, is used up.
 bool OccurrenceQuery::expand(const Series& series, const RuleText& rule, std::size_t most,
     const std::function<void(const RuleInstance&)>& sink)
 {
-    std::vector<std::string> saidWhenRead;
-    const auto parsed = parseRecurrenceRule(m_events.text(rule.text, rule.length), saidWhenRead);
+    const auto parsed = parsedRule(rule);
     if (!parsed)
         return true;
-    const SeriesStart start{
-        .local = series.event.start, .zone = ZonePtr{ZonePtr{}, series.zone}, .isDate = series.event.isDate};
+    const auto start = startOf(series);
     const auto end =
         expandRule(*parsed, start, series.range, {.occurrences = most, .time = m_limits.perEvent.time}, sink);
     if (end == ExpansionEnd::TooManyOccurrences)
@@ -243,9 +232,8 @@ void OccurrenceQuery::addExtras(const Series& series, std::vector<Instance>& ins
 /// EXRULE. Its expansion begins with DTSTART, which it excludes only when it fits the rule.
 void OccurrenceQuery::exclude(const Series& series, const RuleText& rule, std::vector<Instance>& instances)
 {
-    std::vector<std::string> saidWhenRead;
-    const auto parsed = parseRecurrenceRule(m_events.text(rule.text, rule.length), saidWhenRead);
-    const bool startFits = parsed && fits(*parsed, series.event.start);
+    const auto parsed = parsedRule(rule);
+    const bool startFits = parsed && fitsRule(*parsed, startOf(series));
     std::vector<UtcSeconds> excluded;
     expand(series, rule, m_limits.perEvent.occurrences, [&](const RuleInstance& instance) {
         if (startFits || instance.local != series.event.start)

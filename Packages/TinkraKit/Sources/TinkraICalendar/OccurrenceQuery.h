@@ -3,10 +3,13 @@
 #include "TinkraICalendar/Calendar.h"
 #include "TinkraICalendar/Notices.h"
 #include "TinkraICalendar/PackedEvents.h"
+#include "TinkraICalendar/RecurrenceRule.h"
+#include "TinkraICalendar/RuleExpansion.h"
 #include "TinkraICalendar/WorkTimer.h"
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +46,8 @@ private:
     };
 
     bool isFirstAt(UtcSeconds utc);
+    std::optional<RecurrenceRule> parsedRule(const RuleText& rule) const;
+    static SeriesStart startOf(const Series& series);
     void addSingle(const EventRecord& event);
     void addSeries(const EventRecord& event, const SeriesRecord& record);
     bool isOutOfReach(const EventRecord& event, const SeriesRecord& record) const;

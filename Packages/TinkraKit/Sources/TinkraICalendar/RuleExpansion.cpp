@@ -17,4 +17,13 @@ ExpansionEnd expandRule(const RecurrenceRule& rule, const SeriesStart& start, Ti
     return filter.end();
 }
 
+bool fitsRule(const RecurrenceRule& rule, const SeriesStart& start)
+{
+    const InstanceFilter::Sink nobody = [](const RuleInstance&) {};
+    const ExpansionBudget budget;
+    InstanceFilter filter(rule, start, {}, budget, nobody);
+    return rule.frequency < Frequency::Daily ? ElapsedExpansion(rule, start, filter).startFits()
+                                             : CalendarExpansion(rule, start, filter).startFits();
+}
+
 }

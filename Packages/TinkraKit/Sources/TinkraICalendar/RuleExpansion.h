@@ -41,4 +41,7 @@ struct RuleInstance {
 ExpansionEnd expandRule(const RecurrenceRule& rule, const SeriesStart& start, TimeRange range,
     const ExpansionBudget& budget, const std::function<void(const RuleInstance&)>& sink);
 
+/// Whether DTSTART fits the rule: whether it would be an instance if it were not the start of the series.
+bool fitsRule(const RecurrenceRule& rule, const SeriesStart& start);
+
 }

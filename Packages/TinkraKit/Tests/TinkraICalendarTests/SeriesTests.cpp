@@ -158,6 +158,21 @@ TEST(Series, LeavesOutWhatAnExclusionRuleGives)
         starts(calendarWithEvent(event + "EXRULE:FREQ=WEEKLY;BYDAY=FR")).front(), "2024-03-02T10:00:00Z");
 }
 
+TEST(Series, KeepsAStartThatAnExclusionRuleDoesNotGive)
+{
+    // A Friday, but neither the last of its month nor day 100 of its year, and not at noon.
+    const std::string event = "DTSTART:20240301T100000Z\nRRULE:FREQ=DAILY;COUNT=2\n";
+    for (const std::string rule :
+        {"FREQ=MONTHLY;BYDAY=-1FR", "FREQ=YEARLY;BYYEARDAY=100", "FREQ=YEARLY;BYWEEKNO=20",
+            "FREQ=MONTHLY;BYDAY=MO,FR;BYSETPOS=2", "FREQ=DAILY;BYHOUR=12", "FREQ=HOURLY;BYYEARDAY=100"})
+        EXPECT_EQ(starts(calendarWithEvent(event + "EXRULE:" + rule)).front(), "2024-03-01T10:00:00Z")
+            << rule;
+    for (const std::string rule :
+        {"FREQ=MONTHLY;BYDAY=1FR", "FREQ=YEARLY;BYYEARDAY=61", "FREQ=HOURLY;BYYEARDAY=61"})
+        EXPECT_EQ(starts(calendarWithEvent(event + "EXRULE:" + rule)).front(), "2024-03-02T10:00:00Z")
+            << rule;
+}
+
 TEST(Series, IgnoresARuleThatCannotBeReadAndSaysSo)
 {
     const auto calendar = Calendar::read(calendarWithEvent("DTSTART:20240301T100000Z\nRRULE:nonsense"));
