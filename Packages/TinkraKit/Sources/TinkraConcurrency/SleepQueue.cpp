@@ -28,31 +28,47 @@ SleepQueue::~SleepQueue()
     lock.unlock();
 }
 
-Task<> SleepQueue::sleep(double deadline, std::stop_token stop)
-{
-    if (stop.stop_requested())
-        co_return;
+/// Takes a sleeper out of the queue when its token is stopped.
+struct SleepQueue::Leave {
+    std::shared_ptr<Sleepers> sleepers;
+    Place place;
 
-    const auto sleepers = m_sleepers;
-    const Place place{deadline, nextOrder()};
-    const auto leave = [sleepers, place] {
+    void operator()() const
+    {
         std::unique_lock lock(sleepers->mutex);
         const auto sleeper = sleepers->byPlace.extract(place);
         lock.unlock();
         if (sleeper)
             sleeper.mapped().resume();
-    };
-    std::optional<std::stop_callback<decltype(leave)>> leaveOnStop;
+    }
+};
 
-    co_await suspend([this, &leaveOnStop, &leave, &stop, sleepers, place](Continuation<> continuation) {
+/// Puts a sleeper into the queue once it is suspended.
+struct SleepQueue::LieDown {
+    SleepQueue& queue;
+    Place place;
+    std::stop_token stop;
+    std::optional<std::stop_callback<Leave>>& leaveOnStop;
+
+    void operator()(Continuation<> continuation) const
+    {
+        const auto sleepers = queue.m_sleepers;
         std::unique_lock lock(sleepers->mutex);
         const auto isFirst =
             sleepers->byPlace.emplace(place, std::move(continuation)).first == sleepers->byPlace.begin();
         lock.unlock();
-        leaveOnStop.emplace(stop, leave);
-        if (isFirst && m_earliestChanged)
-            m_earliestChanged();
-    });
+        leaveOnStop.emplace(stop, Leave{sleepers, place});
+        if (isFirst && queue.m_earliestChanged)
+            queue.m_earliestChanged();
+    }
+};
+
+Task<> SleepQueue::sleep(double deadline, std::stop_token stop)
+{
+    if (stop.stop_requested())
+        co_return;
+    std::optional<std::stop_callback<Leave>> leaveOnStop;
+    co_await suspend(LieDown{*this, {deadline, nextOrder()}, std::move(stop), leaveOnStop});
 }
 
 std::optional<SleepQueue::Place> SleepQueue::earliest() const

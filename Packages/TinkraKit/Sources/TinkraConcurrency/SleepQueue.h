@@ -44,6 +44,8 @@ public:
     std::size_t count() const;
 
 private:
+    struct Leave;
+    struct LieDown;
     struct Sleepers {
         mutable std::mutex mutex;
         std::map<Place, Continuation<>> byPlace;

@@ -17,7 +17,8 @@ std::int64_t wholeSeconds(Instant instant)
 {
     const double rounded = std::round(secondsSince1970(instant));
     constexpr double limit = 9'223'372'036'854'775'808.0; // 2^63, the first value above the largest integer
-    if (!(rounded >= -limit && rounded < limit)) {
+    const bool fits = rounded >= -limit && rounded < limit; // false for NaN too
+    if (!fits) {
         std::fputs("an alarm's fire time does not fit a whole number of seconds\n", stderr);
         std::abort();
     }
