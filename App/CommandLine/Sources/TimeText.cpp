@@ -157,7 +157,9 @@ std::optional<Instant> parseInstant(std::string_view text, const ICalendar::Zone
     std::optional<seconds> offset;
     if (scanner.take('T') || scanner.take('t') || scanner.take(' ')) {
         const auto scannedTime = scanTimeOfDay(scanner);
-        const auto scannedOffset = scannedTime ? scanOffset(scanner) : std::nullopt;
+        if (!scannedTime)
+            return std::nullopt;
+        const auto scannedOffset = scanOffset(scanner);
         if (!scannedOffset)
             return std::nullopt;
         time = *scannedTime;
