@@ -164,11 +164,13 @@ void EventAssembly::addGroup(const EventGroup& group)
     auto exceptions = newestOfEach(group.exceptions, &master);
     const auto series = m_parts.events[record];
     const auto deleted = exceptionDates(series, master);
-    std::erase_if(exceptions,
-        [&](std::uint32_t at) { return isAmong(deleted, keyOf(instanceOf(draft(at)), series), series); });
+    const auto isDeleted = [&](std::uint32_t at) {
+        return isAmong(deleted, keyOf(instanceOf(draft(at)), series), series);
+    };
+    std::erase_if(exceptions, [&](std::uint32_t at) { return !draft(at).appliesToFuture && isDeleted(at); });
     const auto firstException = static_cast<std::uint32_t>(m_parts.events.size());
     for (const auto at : exceptions)
-        addEvent(draft(at));
+        m_parts.events[addEvent(draft(at))].isDeleted = isDeleted(at);
     addSeries(record, master, exceptions, firstException);
 }
 

@@ -48,6 +48,8 @@ OccurrenceQuery::OccurrenceQuery(const PackedEvents& events, TimeRange range, Zo
 std::vector<std::string> OccurrenceQuery::run()
 {
     for (const auto& event : m_events.events()) {
+        if (event.isDeleted)
+            continue;
         if (const auto* series = m_events.series(event))
             addSeries(event, *series);
         else

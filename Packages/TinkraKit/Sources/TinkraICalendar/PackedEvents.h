@@ -37,6 +37,7 @@ struct EventRecord {
     bool isDate : 1 = false;
     bool hasTitle : 1 = false;
     bool isLengthOnClock : 1 = false;
+    bool isDeleted : 1 = false; ///< does not happen itself, but still moves the later instances of its series
 
     Length length() const { return {lengthSeconds, lengthDays, isLengthOnClock}; }
 };

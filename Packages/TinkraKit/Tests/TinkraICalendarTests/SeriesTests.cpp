@@ -326,6 +326,13 @@ TEST(Series, LetsTheLatestMoveAndTheSingleExceptionWin)
         starts(text), (Lines{march(1), march(2, "10:00:00Z"), march(3, "20:00:00Z"), march(4, "11:00:00Z")}));
 }
 
+TEST(Series, MovesLaterInstancesEvenWhenTheFirstOfThemWasDeleted)
+{
+    const auto text = fiveDays("EXDATE:20240303T090000Z\n",
+        exception(";RANGE=THISANDFUTURE:20240303T090000Z", "DTSTART:20240303T150000Z\n"));
+    EXPECT_EQ(starts(text), (Lines{march(1), march(2), march(4, "15:00:00Z"), march(5, "15:00:00Z")}));
+}
+
 TEST(Series, FindsLaterInstancesThatWereMovedIntoTheRange)
 {
     const auto text =
