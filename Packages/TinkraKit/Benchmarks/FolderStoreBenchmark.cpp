@@ -1,9 +1,9 @@
 // store_benchmark DIR [--base EPOCH] [--libical PROGRAM] [--rounds N]
 //
-// DIR holds two accounts of equal content: `single` with one file per calendar, `vdir` with one file per event.
-// Prints medians of the rounds and ratios within this run: the folder store, cold, against a line scan of the
-// same files, and against PROGRAM when it is given (called as PROGRAM EPOCH DAYS PATH); then the store again after
-// one file was written anew, and unchanged; then its memory. The page cache is warm throughout.
+// DIR holds two accounts of equal content: `single` with one file per calendar, `vdir` with one file per
+// event. Prints medians of the rounds and ratios within this run: the folder store, cold, against a line scan
+// of the same files, and against PROGRAM when it is given (called as PROGRAM EPOCH DAYS PATH); then the store
+// again after one file was written anew, and unchanged; then its memory. The page cache is warm throughout.
 
 #include "LineScan.h"
 #include "TinkraSystemLinux/FolderEventStore.h"
@@ -67,11 +67,12 @@ std::unique_ptr<FolderEventStore> open(const Arguments& arguments)
 {
     System::FolderStoreOptions options;
     options.roots = {arguments.folder};
-    options.queryLimit = std::chrono::minutes {10};
+    options.queryLimit = std::chrono::minutes{10};
     return std::make_unique<FolderEventStore>(std::make_shared<MemoryDefaults>(), options);
 }
 
-std::vector<System::StoredEvent> query(FolderEventStore& store, const Arguments& arguments, std::string_view account)
+std::vector<System::StoredEvent> query(
+    FolderEventStore& store, const Arguments& arguments, std::string_view account)
 {
     std::vector<std::string> identifiers;
     for (const auto& calendar : run(store.calendars())) {
@@ -79,7 +80,7 @@ std::vector<System::StoredEvent> query(FolderEventStore& store, const Arguments&
             identifiers.push_back(calendar.identifier);
     }
     const auto from = instantAt(arguments.base);
-    return run(store.events(from, from + Seconds {kDays * 86400}, std::move(identifiers)));
+    return run(store.events(from, from + Seconds{kDays * 86400}, std::move(identifiers)));
 }
 
 template <typename Work> double secondsOf(Work work)
@@ -97,8 +98,9 @@ double median(std::vector<double> values)
 
 double libicalSeconds(const Arguments& arguments, const std::string& account)
 {
-    const auto command = "\"" + arguments.libical + "\" " + std::to_string(static_cast<long long>(arguments.base))
-        + " 30 \"" + arguments.folder + "/" + account + "\" >/dev/null 2>&1";
+    const auto command = "\"" + arguments.libical + "\" "
+        + std::to_string(static_cast<long long>(arguments.base)) + " 30 \"" + arguments.folder + "/" + account
+        + "\" >/dev/null 2>&1";
     int status = 0;
     const auto seconds = secondsOf([&] { status = std::system(command.c_str()); });
     if (status != 0) {
@@ -110,7 +112,7 @@ double libicalSeconds(const Arguments& arguments, const std::string& account)
 
 fs::path anyFile(const fs::path& folder)
 {
-    for (const auto& entry : fs::recursive_directory_iterator {folder}) {
+    for (const auto& entry : fs::recursive_directory_iterator{folder}) {
         if (entry.path().extension() == ".ics")
             return entry.path();
     }
@@ -121,10 +123,10 @@ fs::path anyFile(const fs::path& folder)
 // The same bytes under a new stamp; then the pause after which a change notice comes.
 void writeAnew(const fs::path& path)
 {
-    std::ifstream in {path, std::ios::binary};
-    const std::string text {std::istreambuf_iterator<char> {in}, {}};
-    std::ofstream {path, std::ios::binary | std::ios::trunc} << text;
-    std::this_thread::sleep_for(std::chrono::milliseconds {100});
+    std::ifstream in{path, std::ios::binary};
+    const std::string text{std::istreambuf_iterator<char>{in}, {}};
+    std::ofstream{path, std::ios::binary | std::ios::trunc} << text;
+    std::this_thread::sleep_for(std::chrono::milliseconds{100});
 }
 
 // Gives the median time of a cold query.
@@ -140,10 +142,12 @@ double measureCold(const Arguments& arguments, const std::string& account)
     }
     const double cold = median(queries);
     std::printf("%-7s cold      %8.1f ms  %zu occurrences\n", account.c_str(), cold * 1e3, occurrences);
-    std::printf("%-7s line scan %8.1f ms  store / scan %.2f\n", account.c_str(), median(scans) * 1e3, cold / median(scans));
+    std::printf("%-7s line scan %8.1f ms  store / scan %.2f\n", account.c_str(), median(scans) * 1e3,
+        cold / median(scans));
     if (!arguments.libical.empty()) {
         const double libical = libicalSeconds(arguments, account);
-        std::printf("%-7s libical   %8.1f ms  libical / store %.1f  (one run)\n", account.c_str(), libical * 1e3, libical / cold);
+        std::printf("%-7s libical   %8.1f ms  libical / store %.1f  (one run)\n", account.c_str(),
+            libical * 1e3, libical / cold);
     }
     return cold;
 }
@@ -152,7 +156,7 @@ void measureAgain(const Arguments& arguments, const std::string& account, double
 {
     auto store = open(arguments);
     query(*store, arguments, account);
-    const auto file = anyFile(fs::path {arguments.folder} / account);
+    const auto file = anyFile(fs::path{arguments.folder} / account);
 
     std::vector<double> changed;
     std::vector<double> unchanged;
@@ -161,8 +165,10 @@ void measureAgain(const Arguments& arguments, const std::string& account, double
         changed.push_back(secondsOf([&] { query(*store, arguments, account); }));
         unchanged.push_back(secondsOf([&] { query(*store, arguments, account); }));
     }
-    std::printf("%-7s one file changed %8.2f ms  %.2f %% of cold\n", account.c_str(), median(changed) * 1e3, 100 * median(changed) / cold);
-    std::printf("%-7s unchanged        %8.2f ms  %.2f %% of cold\n", account.c_str(), median(unchanged) * 1e3, 100 * median(unchanged) / cold);
+    std::printf("%-7s one file changed %8.2f ms  %.2f %% of cold\n", account.c_str(), median(changed) * 1e3,
+        100 * median(changed) / cold);
+    std::printf("%-7s unchanged        %8.2f ms  %.2f %% of cold\n", account.c_str(), median(unchanged) * 1e3,
+        100 * median(unchanged) / cold);
 }
 
 std::size_t heapInUse()
@@ -185,7 +191,8 @@ void measureMemory(const Arguments& arguments, const std::string& account)
     for (const auto& calendar : status.calendars)
         events += calendar.events;
     const auto titles = Benchmarks::titleBytes(arguments.folder + "/" + account);
-    std::printf("%-7s memory  %.1f MB heap, %zu events, %.1f bytes of title each: %.0f bytes per event beyond titles\n",
+    std::printf("%-7s memory  %.1f MB heap, %zu events, %.1f bytes of title each: %.0f bytes per event "
+                "beyond titles\n",
         account.c_str(), static_cast<double>(after - before) / 1e6, events,
         static_cast<double>(titles) / static_cast<double>(events),
         (static_cast<double>(after - before) - static_cast<double>(titles)) / static_cast<double>(events));

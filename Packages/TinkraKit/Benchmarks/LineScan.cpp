@@ -38,7 +38,7 @@ template <typename Visit> void readFile(int folder, const char* name, std::vecto
         length += static_cast<std::size_t>(count);
     }
     close(file);
-    visit(std::string_view {buffer.data(), length});
+    visit(std::string_view{buffer.data(), length});
 }
 
 template <typename Visit> void walk(int parent, const char* name, std::vector<char>& buffer, Visit visit)
@@ -74,7 +74,8 @@ std::size_t scanLines(const std::string& path)
         const char* at = text.data();
         const char* end = at + text.size();
         while (at < end) {
-            const auto* found = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+            const auto* found =
+                static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
             if (!found)
                 break;
             ++lines;

@@ -7,8 +7,8 @@
 
 namespace Tinkra::ICalendar {
 
-/// What was not understood, one sentence each, in valid UTF-8. Their number is bounded, so that a hostile text cannot fill
-/// the memory with complaints about itself.
+/// What was not understood, one sentence each, in valid UTF-8. Their number is bounded, so that a hostile
+/// text cannot fill the memory with complaints about itself.
 class Notices {
 public:
     /// Adds "Line `line`: `sentence`".

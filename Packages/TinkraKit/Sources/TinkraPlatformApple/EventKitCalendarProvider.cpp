@@ -44,7 +44,8 @@ Meeting meetingFor(System::StoredEvent event, Instant start)
     };
 }
 
-std::vector<std::string> identifiersOfKept(const std::vector<System::StoredCalendar>& calendars, const CalendarIDs& in)
+std::vector<std::string> identifiersOfKept(
+    const std::vector<System::StoredCalendar>& calendars, const CalendarIDs& in)
 {
     std::vector<std::string> kept;
     for (const auto& calendar : calendars) {
@@ -84,9 +85,10 @@ Task<std::vector<CalendarRef>> EventKitCalendarProvider::availableCalendars()
             .colorHex = hexString(calendar.colorComponents),
         });
     }
-    std::stable_sort(calendars.begin(), calendars.end(), [](const CalendarRef& left, const CalendarRef& right) {
-        return std::tie(left.accountName, left.title) < std::tie(right.accountName, right.title);
-    });
+    std::stable_sort(
+        calendars.begin(), calendars.end(), [](const CalendarRef& left, const CalendarRef& right) {
+            return std::tie(left.accountName, left.title) < std::tie(right.accountName, right.title);
+        });
     co_return calendars;
 }
 
@@ -110,7 +112,8 @@ Task<std::vector<Meeting>> EventKitCalendarProvider::meetings(CalendarIDs in, In
     co_return meetings;
 }
 
-std::optional<Text> EventKitCalendarProvider::hexString(const std::optional<std::vector<double>>& colorComponents)
+std::optional<Text> EventKitCalendarProvider::hexString(
+    const std::optional<std::vector<double>>& colorComponents)
 {
     if (!colorComponents || colorComponents->size() < 3)
         return std::nullopt;
@@ -119,7 +122,8 @@ std::optional<Text> EventKitCalendarProvider::hexString(const std::optional<std:
     // takes the low 32 bits of each number.
     std::array<unsigned, 3> scaled{};
     for (std::size_t i = 0; i < scaled.size(); ++i)
-        scaled[i] = static_cast<unsigned>(wholeNumber(std::round((*colorComponents)[i] * 255), "colour component"));
+        scaled[i] =
+            static_cast<unsigned>(wholeNumber(std::round((*colorComponents)[i] * 255), "colour component"));
 
     std::array<char, 1 + 3 * 8 + 1> text{};
     std::snprintf(text.data(), text.size(), "#%02X%02X%02X", scaled[0], scaled[1], scaled[2]);

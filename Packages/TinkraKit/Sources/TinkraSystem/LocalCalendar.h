@@ -10,7 +10,8 @@ class LocalCalendar {
 public:
     virtual ~LocalCalendar() = default;
 
-    /// What the wall clock shows at `instant` in the zone in force; fractions of a second are cut off downwards.
+    /// What the wall clock shows at `instant` in the zone in force; fractions of a second are cut off
+    /// downwards.
     virtual DateComponents components(Instant instant) = 0;
 };
 

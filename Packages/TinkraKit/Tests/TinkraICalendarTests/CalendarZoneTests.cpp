@@ -98,8 +98,8 @@ TEST(CalendarZones, UsesTheLocationOfADefinitionWithoutObservances)
 
 TEST(CalendarZones, GuessesFromANameForPeopleOnlyWhatTheFileDoesNotDefine)
 {
-    EXPECT_EQ(startsIn(eventIn(";TZID=\"(UTC-05:00) Eastern Time (US & Canada)\"")),
-        Lines{"2024-01-04T15:00:00Z"});
+    EXPECT_EQ(
+        startsIn(eventIn(";TZID=\"(UTC-05:00) Eastern Time (US & Canada)\"")), Lines{"2024-01-04T15:00:00Z"});
     EXPECT_EQ(startsIn(customZone("GMT-0500") + eventIn(";TZID=GMT-0500")), Lines{"2024-01-04T13:30:00Z"});
 }
 

@@ -18,7 +18,6 @@ struct CalendarRef {
 
 }
 
-template <>
-struct std::hash<Tinkra::CalendarRef> {
+template <> struct std::hash<Tinkra::CalendarRef> {
     std::size_t operator()(const Tinkra::CalendarRef& calendar) const;
 };

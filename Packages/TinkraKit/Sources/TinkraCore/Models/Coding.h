@@ -32,16 +32,11 @@ public:
 
 /// The record that the document holds; throws `DecodingError` and never gives half a record. Unknown keys
 /// are ignored. Only the seven settings of a configuration, and a calendar's colour, may be missing or null.
-template <typename Record>
-Record decode(std::string_view document);
+template <typename Record> Record decode(std::string_view document);
 
-template <>
-TinkraConfiguration decode<TinkraConfiguration>(std::string_view document);
-template <>
-CalendarRef decode<CalendarRef>(std::string_view document);
-template <>
-Meeting decode<Meeting>(std::string_view document);
-template <>
-ScheduledAlarm decode<ScheduledAlarm>(std::string_view document);
+template <> TinkraConfiguration decode<TinkraConfiguration>(std::string_view document);
+template <> CalendarRef decode<CalendarRef>(std::string_view document);
+template <> Meeting decode<Meeting>(std::string_view document);
+template <> ScheduledAlarm decode<ScheduledAlarm>(std::string_view document);
 
 }

@@ -19,7 +19,6 @@ struct Meeting {
 
 }
 
-template <>
-struct std::hash<Tinkra::Meeting> {
+template <> struct std::hash<Tinkra::Meeting> {
     std::size_t operator()(const Tinkra::Meeting& meeting) const;
 };

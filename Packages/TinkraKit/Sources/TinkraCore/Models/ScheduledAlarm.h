@@ -24,7 +24,6 @@ Text alarmID(const Text& meetingID, Instant fireDate);
 
 }
 
-template <>
-struct std::hash<Tinkra::ScheduledAlarm> {
+template <> struct std::hash<Tinkra::ScheduledAlarm> {
     std::size_t operator()(const Tinkra::ScheduledAlarm& alarm) const;
 };

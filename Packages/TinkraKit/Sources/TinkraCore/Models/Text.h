@@ -45,7 +45,6 @@ private:
 
 }
 
-template <>
-struct std::hash<Tinkra::Text> {
+template <> struct std::hash<Tinkra::Text> {
     std::size_t operator()(const Tinkra::Text& text) const { return text.hash(); }
 };

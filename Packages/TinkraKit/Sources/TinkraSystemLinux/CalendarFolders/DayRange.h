@@ -8,7 +8,8 @@
 
 namespace Tinkra::System {
 
-/// Whole days since 1970, at least one, that cover a range of time: eight bytes that tell whether a file is worth a look.
+/// Whole days since 1970, at least one, that cover a range of time: eight bytes that tell whether a file is
+/// worth a look.
 struct DayRange {
     std::int32_t first = 0;
     std::int32_t end = 0; ///< not included
