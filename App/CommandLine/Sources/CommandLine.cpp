@@ -13,6 +13,7 @@
 #include <cmath>
 #include <exception>
 #include <ostream>
+#include <stdexcept>
 
 namespace Tinkra::CommandLine {
 
@@ -143,6 +144,8 @@ ExitCode carryOut(const Commands& commands, const Request& request, const Surrou
     while (!exitCode && loop.run_one() > 0) { }
     if (trouble)
         std::rethrow_exception(trouble);
+    if (!exitCode)
+        throw std::logic_error("the command waits for something that never comes");
     return *exitCode;
 }
 
