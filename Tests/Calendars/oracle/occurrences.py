@@ -218,7 +218,7 @@ def occurrences_of_uid(events, reader, window):
         if by.start.is_date:
             shifted = local + (by.start.local - by.replaces.local)
         else:
-            there = by.start.zone.to_local(utc)
+            there = local if by.start.zone.name == zone.name else by.start.zone.to_local(utc)
             shifted = there + (by.start.local - by.start.zone.to_local(by.replaces.utc))
         result.append(by.occurrence(shifted, by.start.zone, by.length))
     for event in overrides:

@@ -235,8 +235,9 @@ Length EventAssembly::lengthOf(const ZonedTime& start, const std::optional<Zoned
     }
     if (end) {
         const auto startZone = zoneOf(start, calendar);
-        const auto endZone = zoneOf(*end, calendar);
-        // An end without a zone is on the clock of the start.
+        // An end without a zone is on the clock of the start, whatever the calendar says.
+        const bool isFloating = end->form == TimeForm::Local && end->zone == ZoneIndex::Viewer;
+        const auto endZone = isFloating ? startZone : zoneOf(*end, calendar);
         if (startZone == endZone || startZone == ZoneIndex::Viewer || endZone == ZoneIndex::Viewer)
             return {
                 .seconds = std::max<std::int64_t>((end->time - start.time).count(), 0), .isOnClock = true};

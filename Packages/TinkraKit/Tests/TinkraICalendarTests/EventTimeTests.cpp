@@ -171,6 +171,14 @@ TEST(Event, IsSafeAtTheEndsOfTimeAndInAnyRange)
         occurrences(calendar, {.from = "2024-05-01T00:00:00Z", .to = "2024-04-01T00:00:00Z"}).empty());
 }
 
+TEST(Event, EndsOnTheClockOfItsStartWhenTheEndHasNoZoneWhateverTheCalendarSays)
+{
+    EXPECT_EQ(occurrences(calendarWith("X-WR-TIMEZONE:Asia/Tokyo\nBEGIN:VEVENT\nUID:a\nSUMMARY:One\n"
+                                       "DTSTART;TZID=Europe/Zurich:20240304T100000\n"
+                                       "DTEND:20240304T110000\nEND:VEVENT\n")),
+        Lines{"2024-03-04T09:00:00Z/2024-03-04T10:00:00Z One"});
+}
+
 TEST(Event, KeepsItsStatusToItself)
 {
     for (const auto* status : {"CANCELLED", "TENTATIVE", "CONFIRMED"})

@@ -326,6 +326,15 @@ TEST(Series, LetsTheLatestMoveAndTheSingleExceptionWin)
         starts(text), (Lines{march(1), march(2, "10:00:00Z"), march(3, "20:00:00Z"), march(4, "11:00:00Z")}));
 }
 
+TEST(Series, MovesASkippedTimeFromWhereTheRulePutIt)
+{
+    const auto text = calendarWith("BEGIN:VEVENT\nUID:a\nDTSTART;TZID=Europe/Zurich:20240330T023000\n"
+                                   "RRULE:FREQ=DAILY;COUNT=2\nEND:VEVENT\n"
+        + exception(";RANGE=THISANDFUTURE;TZID=Europe/Zurich:20240330T023000",
+            "DTSTART;TZID=Europe/Zurich:20240330T033000\n"));
+    EXPECT_EQ(starts(text), (Lines{"2024-03-30T02:30:00Z", "2024-03-31T01:30:00Z"}));
+}
+
 TEST(Series, MovesLaterInstancesEvenWhenTheFirstOfThemWasDeleted)
 {
     const auto text = fiveDays("EXDATE:20240303T090000Z\n",
