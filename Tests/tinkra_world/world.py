@@ -196,18 +196,21 @@ class World:
         self.close(check=kind is None)
 
     def close(self, check=True):
-        for thing in reversed(self._closing):
-            thing.close()
-        self.machine.close()
-        for bus in (self._system_bus, self.bus):
-            if bus is not None:
-                bus.stop()
+        troubles = []
+        for thing in [*reversed(self._closing), self.machine, self._system_bus, self.bus]:
+            try:
+                if thing is not None:
+                    thing.close()
+            except Exception as error:  # noqa: BLE001  whatever it is, the rest has to end too
+                troubles.append(error)
         left = self._left_over()
         reports = self._sanitizer_reports()
-        if not check or left or reports:
+        if not check or left or reports or troubles:
             self._print_logs()
         self.clock.close()
         shutil.rmtree(self.root)
+        if check and troubles:
+            raise troubles[0]
         if check and left:
             raise AssertionError(f"left running: {left}")
         if check and reports:

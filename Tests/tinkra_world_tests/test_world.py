@@ -41,6 +41,18 @@ def test_reports_a_process_that_was_left_behind():
         made.close()
 
 
+def test_ends_everything_although_one_thing_cannot_be_closed():
+    class Stubborn:
+        def close(self):
+            raise OSError("stubborn")
+
+    made = World()
+    made.keep(Stubborn())
+    with pytest.raises(OSError, match="stubborn"):
+        made.close()
+    assert not made.root.exists() and made.bus.process.poll() is not None
+
+
 def test_reports_what_a_sanitizer_wrote():
     made = World()
     (made.logs / "program").write_text("==1==ERROR: AddressSanitizer: heap-use-after-free\n")
