@@ -5,6 +5,15 @@ _tinkra_identifiers() {
     tinkra calendars --json 2>/dev/null | grep -o '"id":"[^"\\]*"' | sed 's/^"id":"//; s/"$//'
 }
 
+# Not through compgen -W, which carries out what stands in its words; whoever shares a calendar chooses its name.
+_tinkra_complete_identifier() {
+    local identifier quoted
+    while IFS= read -r identifier; do
+        printf -v quoted %q "$identifier"
+        [[ $identifier == "$1"* || $quoted == "$1"* ]] && COMPREPLY+=("$quoted")
+    done < <(_tinkra_identifiers)
+}
+
 _tinkra() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
@@ -22,9 +31,7 @@ _tinkra() {
     occurrences) options+=" --json --from --to" ;;
     select | deselect)
         if [[ $current != -* ]]; then
-            local IFS=$'\n'
-            mapfile -t COMPREPLY < <(compgen -W "$(_tinkra_identifiers)" -- "$current")
-            COMPREPLY=("${COMPREPLY[@]// /\\ }")
+            _tinkra_complete_identifier "$current"
             return
         fi
         ;;

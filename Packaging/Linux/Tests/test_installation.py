@@ -117,7 +117,7 @@ def complete_in_bash(package, world, line):
     environment = world.environment | {"PATH": f"{package}/usr/bin:/usr/bin:/bin"}
     completion = package / "usr/share/bash-completion/completions/tinkra"
     return subprocess.run(["bash", "-c", script, "bash", completion, line], env=environment, capture_output=True,
-                          text=True, check=True).stdout.split("\n")[:-1]
+                          cwd=world.root, text=True, check=True).stdout.split("\n")[:-1]
 
 
 def test_bash_completes_commands_options_and_identifiers(package, world):
@@ -126,6 +126,13 @@ def test_bash_completes_commands_options_and_identifiers(package, world):
     assert complete_in_bash(package, world, "tinkra dese") == ["deselect"]
     assert complete_in_bash(package, world, "tinkra upcoming --d") == ["--days"]
     assert complete_in_bash(package, world, "tinkra select W") == ["Work/Team\\ one"]
+
+
+def test_bash_carries_out_nothing_that_stands_in_an_identifier(package, world):
+    (world.data / "tinkra/calendars/Work/$(touch pwned);").mkdir(parents=True)
+
+    assert complete_in_bash(package, world, "tinkra select W") == ["Work/\\$\\(touch\\ pwned\\)\\;"]
+    assert not (world.root / "pwned").exists()
 
 
 def test_fish_completes_commands_and_identifiers(package, world):
