@@ -39,13 +39,15 @@ public:
         return m_zones.try_emplace(std::string(name), zone).first->second;
     }
 
-    void clearIfOlderThan(ZoneFolderState state)
+    std::uint64_t clearIfOlderThan(ZoneFolderState state)
     {
         const std::unique_lock lock(m_mutex);
-        if (m_state == state)
-            return;
-        m_zones.clear();
-        m_state = std::move(state);
+        if (m_state != state) {
+            m_zones.clear();
+            m_state = std::move(state);
+            ++m_generation;
+        }
+        return m_generation;
     }
 
 private:
@@ -54,6 +56,7 @@ private:
     mutable std::shared_mutex m_mutex;
     std::unordered_map<std::string, ZonePtr, TextHash, std::equal_to<>> m_zones;
     std::optional<ZoneFolderState> m_state; // when m_zones was empty
+    std::uint64_t m_generation = 0;
 };
 
 ZoneCache& cache()
@@ -159,9 +162,9 @@ ZonePtr findZone(std::string_view tzid)
     return cache().keep(tzid, lookUp(trimmed(tzid)));
 }
 
-void refreshZones()
+std::uint64_t refreshZones()
 {
-    cache().clearIfOlderThan(zoneFolderState());
+    return cache().clearIfOlderThan(zoneFolderState());
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "TinkraICalendar/Time.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -28,7 +29,6 @@ using ZonePtr = std::shared_ptr<const Zone>;
 
 ZonePtr utcZone();
 
-/// (See AAA-NOTE-FROM-LEAD.md at the top of the worktree: offsets come from TZif files, not from ICU.)
 /// The zone of this name: an IANA name first (in any case, and with prefixes such as
 /// "/freeassociation.sourceforge.net/Europe/Berlin"), then a Windows name. Nothing when neither knows it.
 /// Zones are made once per process.
@@ -40,9 +40,10 @@ ZonePtr findZone(std::string_view tzid);
 ZonePtr guessZone(std::string_view displayName);
 
 /// Looks whether the machine's zone data was updated or TZDIR names another folder, and if so has zones that
-/// are found from now on read afresh; zones in use stay as they are. For long-lived processes, once a query:
-/// it costs one look at one folder.
-void refreshZones();
+/// are found from now on read afresh; zones in use, those of calendars that were read among them, stay as
+/// they are. Gives a number that is another one after each such change. For long-lived processes, once a
+/// query: it costs one look at one folder.
+std::uint64_t refreshZones();
 
 /// The zone of the machine's user now (TZ, else /etc/localtime), read afresh: UTC when the machine does not
 /// know.

@@ -52,6 +52,12 @@ void FileTable::remove(std::string_view name)
         dropUnusedNames();
 }
 
+void FileTable::forgetStamps()
+{
+    for (auto& record : m_records)
+        record.stamp = 0;
+}
+
 std::size_t FileTable::memoryUse() const
 {
     std::size_t bytes = m_names.capacity() + m_records.capacity() * sizeof(FileRecord);

@@ -51,6 +51,9 @@ public:
 
     void remove(std::string_view name);
 
+    /// Makes every file look as if it had changed since it was read.
+    void forgetStamps();
+
     const std::vector<FileRecord>& records() const { return m_records; }
 
     /// Bytes on the heap, contents included.

@@ -164,6 +164,12 @@ void FolderContents::mark(const std::string& name)
         m_marked.insert(name);
 }
 
+void FolderContents::noteOutdated()
+{
+    m_files.forgetStamps();
+    m_listAgain = true;
+}
+
 void FolderContents::refresh(FileSystem& fileSystem, int folder)
 {
     if (m_listAgain) {

@@ -37,6 +37,9 @@ public:
     void markAll();
     void mark(const std::string& name);
 
+    /// What was read means something else by now: every file is to be read again, changed or not.
+    void noteOutdated();
+
     /// True when `refresh` has nothing to look at.
     bool isCurrent() const { return m_isComplete && !m_listAgain && m_marked.empty(); }
 

@@ -170,6 +170,7 @@ void FolderIndex::refresh()
 std::vector<std::exception_ptr> FolderIndex::refreshRoots()
 {
     m_isWatching = true;
+    refreshZones();
     m_watcher->drain();
     std::vector<std::exception_ptr> troubles(m_roots.size());
     for (std::size_t i = 0; i < m_roots.size(); ++i) {
@@ -187,6 +188,20 @@ std::vector<std::exception_ptr> FolderIndex::refreshRoots()
                 [&](const CalendarFolder& calendar) { return isGoneForGood(calendar, now); });
     }
     return troubles;
+}
+
+// A calendar keeps the zones that it was read with, so that new zone data means reading it again.
+void FolderIndex::refreshZones()
+{
+    const auto zones = ICalendar::refreshZones();
+    if (std::exchange(m_zones, zones) == zones)
+        return;
+    for (const auto& root : m_roots) {
+        for (const auto& account : root->accounts()) {
+            for (const auto& calendar : account->calendars())
+                calendar->contents().noteOutdated();
+        }
+    }
 }
 
 // On two threads when there is more than one calendar to read: they share nothing that changes.

@@ -4,6 +4,7 @@
 #include "TinkraSystemLinux/CalendarFolders/RootFolder.h"
 #include "TinkraSystemLinux/FolderStoreStatus.h"
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <set>
@@ -37,6 +38,7 @@ public:
 private:
     void refresh();
     std::vector<std::exception_ptr> refreshRoots();
+    void refreshZones();
     void readContents();
     void readContents(RootFolder& root, AccountFolder& account, CalendarFolder& calendar);
     bool isGoneForGood(const CalendarFolder& calendar, FileTime now) const;
@@ -48,6 +50,7 @@ private:
     std::shared_ptr<FolderWatcher> m_watcher;
     std::vector<std::unique_ptr<RootFolder>> m_roots;
     bool m_isWatching = false;
+    std::uint64_t m_zones = 0; ///< the state of the machine's zone data that the contents were read with
     std::set<std::string> m_askedFor; ///< the calendars of the newest query for events
     std::vector<std::string> m_expansionNotices; ///< of the newest query for events
 };

@@ -112,7 +112,7 @@ std::vector<OddFile> oddFiles()
             [&] {
                 std::string text;
                 for (const char c : event("UID:g\r\nSUMMARY:G\r\nDTSTART:20261202T000000Z\r\n"))
-                    text += c == '\n' ? std::string{"\n"} : c == '\r' ? std::string{"\r"} : std::string{c};
+                    text += c == '\n' || c == '\r' ? std::string{c} : std::string{c} + "\r\n ";
                 return text;
             }()},
         {"twice the same", good + good},
