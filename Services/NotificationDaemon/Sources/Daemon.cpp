@@ -166,7 +166,7 @@ void Daemon::load(const StateDirectory& directory)
         CrashedRequests::record(crashes);
     m_center.load(m_opened.contents.requests, m_opened.contents.notes, quarantine, now());
     if (m_opened.contents.wasDamaged)
-        m_center.storeWasDamaged(m_opened.contents.lost);
+        m_center.storeWasDamaged(m_opened.contents.lost, m_opened.contents.damagedRows);
     m_opened.contents = {};
     if (!quarantine.empty()) {
         log(LogLevel::Error,

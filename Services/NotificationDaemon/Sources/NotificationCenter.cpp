@@ -98,8 +98,10 @@ void NotificationCenter::load(const std::vector<StoredRequest>& stored, Notes no
     reconsider(now);
 }
 
-void NotificationCenter::storeWasDamaged(std::int64_t lostRequests)
+void NotificationCenter::storeWasDamaged(
+    std::int64_t lostRequests, const std::vector<std::int64_t>& damagedRows)
 {
+    m_erased.insert(m_erased.end(), damagedRows.begin(), damagedRows.end());
     setNote(kStoreWasReset, 1);
     setNote(kLostRequests, note(kLostRequests) + lostRequests);
 }
@@ -168,6 +170,7 @@ NotificationCenter::Addition NotificationCenter::add(const Request& request, Mom
     const auto id = candidate.id;
     m_book.erase(id);
     m_changed.erase(id);
+    std::erase(m_erased, id); // the number of a row that is still to go was given anew, and written over it
     auto& entry = m_book.insert(request, std::move(record), m_zone, id);
     m_book.setPhase(entry, candidate.phase, now.wall);
     return replaced != nullptr ? Addition::Replaced : Addition::Added;

@@ -81,8 +81,9 @@ public:
     void serverAppeared(Moment now);
     void serverVanished(Moment now);
     void zoneChanged(Moment now);
-    /// The store was found damaged: some requests are lost.
-    void storeWasDamaged(std::int64_t lostRequests);
+    /// The store was found damaged: some requests are lost. `damagedRows` are still in it, and go when that
+    /// is recorded, so that each loss is reported once.
+    void storeWasDamaged(std::int64_t lostRequests, const std::vector<std::int64_t>& damagedRows = {});
 
     /// When the next pending request fires, seconds since 1970 UTC.
     std::optional<std::int64_t> nextTrigger() const;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <map>
+#include <set>
 #include <sqlite3.h>
 
 namespace Tinkra::NotificationDaemon {
@@ -31,7 +32,7 @@ template <typename Take> bool forEachRow(sqlite3* database, const std::string& s
 /// The rows by id, so that one that is met twice counts once.
 struct Rows {
     std::map<std::int64_t, StoredRequest> sound;
-    std::map<std::int64_t, bool> damaged;
+    std::set<std::int64_t> damaged;
 
     void take(sqlite3_stmt* statement)
     {
@@ -48,7 +49,7 @@ struct Rows {
         if (isState && row.id > 0 && sqlite3_column_int64(statement, 4) == storedChecksum(row))
             sound.emplace(row.id, std::move(row));
         else
-            damaged[row.id] = true;
+            damaged.insert(row.id);
     }
 };
 
@@ -83,7 +84,7 @@ void lookUpBetween(sqlite3* database, std::int64_t low, std::int64_t high, Rows&
 StoreReading toReading(Rows&& rows)
 {
     StoreReading reading;
-    reading.damaged = static_cast<std::int64_t>(rows.damaged.size());
+    reading.damaged.assign(rows.damaged.begin(), rows.damaged.end());
     for (auto& [id, row] : rows.sound)
         reading.requests.push_back(std::move(row));
     return reading;

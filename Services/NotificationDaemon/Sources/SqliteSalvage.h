@@ -12,7 +12,7 @@ namespace Tinkra::NotificationDaemon {
 struct StoreReading {
     std::vector<StoredRequest> requests;
     Notes notes;
-    std::int64_t damaged = 0; ///< rows that were there but whose bytes are not those that were written
+    std::vector<std::int64_t> damaged; ///< rows whose bytes are not those that were written
     bool isComplete = true; ///< false when SQLite gave up before the end
 };
 

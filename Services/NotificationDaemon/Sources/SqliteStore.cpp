@@ -256,8 +256,9 @@ void SqliteStore::openOrRecover(Contents& contents)
         const auto read = readStore(database);
         contents.requests = read.requests;
         contents.notes = read.notes;
-        contents.lost = read.damaged;
-        contents.wasDamaged = read.damaged > 0;
+        contents.lost = static_cast<std::int64_t>(read.damaged.size());
+        contents.wasDamaged = !read.damaged.empty();
+        contents.damagedRows = read.damaged;
         if (!read.isComplete)
             throw StoreError(StoreError::Kind::Broken, "not every row could be read");
         prepareStatements();
@@ -266,8 +267,10 @@ void SqliteStore::openOrRecover(Contents& contents)
             throw;
         log(LogLevel::Error, std::string("the store is damaged: ") + error.what());
         const auto saved = m_database ? salvageStore(m_database.get()) : StoreReading{};
-        contents = {
-            .requests = saved.requests, .notes = saved.notes, .wasDamaged = true, .lost = saved.damaged};
+        contents = {.requests = saved.requests,
+            .notes = saved.notes,
+            .wasDamaged = true,
+            .lost = static_cast<std::int64_t>(saved.damaged.size())};
         m_database.reset();
         // Together with what was saved, so that no crash makes us forget that something was lost.
         contents.notes[kStoreWasReset] = 1;

@@ -28,6 +28,7 @@ public:
         Notes notes;
         bool wasDamaged = false;
         std::int64_t lost = 0; ///< as far as known
+        std::vector<std::int64_t> damagedRows; ///< those of the lost ones that the store still holds
     };
 
     /// Opens or makes the store. What is readable of a damaged one is taken over into a fresh one. Throws

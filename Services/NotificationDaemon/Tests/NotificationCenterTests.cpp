@@ -665,6 +665,35 @@ TEST(NotificationCenter, ReportsDamagedRecordsAndServesTheOthers)
     EXPECT_EQ(world.center->note("storeWasReset"), 0);
 }
 
+TEST(NotificationCenter, ForgetsDamagedRowsOnceTheyAreReported)
+{
+    World world;
+    world.add("a", kNoon + 10);
+    world.add("b", kNoon + 20);
+    world.center->storeWasDamaged(1, {1});
+    world.turn();
+
+    EXPECT_THAT(world.store.requests, testing::SizeIs(1));
+    EXPECT_EQ(world.store.notes["storeWasReset"], 1);
+}
+
+TEST(NotificationCenter, KeepsARequestThatTakesTheNumberOfADamagedRowBeforeThatIsErased)
+{
+    World world;
+    world.add("a", kNoon + 10);
+    world.add("b", kNoon + 20);
+    world.store.requests.rbegin()->second.record.resize(9);
+    world.store.failure = StoreError::Kind::Full;
+    world.restart();
+    world.store.failure.reset();
+
+    world.add("c", kNoon + 30);
+    world.pass(9);
+    world.restart();
+
+    EXPECT_THAT(world.pending(), ElementsAre("a", "c"));
+}
+
 TEST(NotificationCenter, SetsAsideWhatItCrashedOnAndServesTheRest)
 {
     World world;

@@ -245,6 +245,26 @@ TEST_F(SqliteStoreTest, LosesOnlyWhatLiesOnADamagedPage)
     EXPECT_GT(noticed, 50);
 }
 
+TEST_F(SqliteStoreTest, NamesADamagedRowUntilItIsErased)
+{
+    fillAndClose(3);
+    auto damaged = bytes();
+    const auto at = damaged.find(request(2).record);
+    ASSERT_NE(at, std::string::npos);
+    damaged[at + 1] = static_cast<char>(damaged[at + 1] ^ 1);
+    write(damaged);
+
+    const auto contents = open();
+    EXPECT_EQ(contents.lost, 1);
+    EXPECT_THAT(contents.damagedRows, testing::ElementsAre(2));
+    m_store->apply({.put = {}, .erase = contents.damagedRows, .notes = {}}, Durability::SurvivesPowerCut);
+    m_store.reset();
+
+    const auto mended = open();
+    EXPECT_FALSE(mended.wasDamaged);
+    EXPECT_THAT(mended.requests, testing::SizeIs(2));
+}
+
 TEST_F(SqliteStoreTest, LeavesAStoreOfANewerVersionAsItIs)
 {
     fillAndClose(3);
