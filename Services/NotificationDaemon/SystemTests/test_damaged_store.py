@@ -155,6 +155,24 @@ def test_one_damaged_record_in_the_middle_leaves_the_others(good):
     assert survivors(alarms, {name: damaged}) >= ALARMS - 1
 
 
+def test_a_damaged_record_is_reported_until_that_is_acknowledged_and_never_again(world, good):
+    alarms, files = good
+    content = files["notifications.db"]
+    lost = alarms[ALARMS // 2]
+    at = content.index(lost.title.encode())
+    daemon = start_on(world, {"notifications.db": content[:at] + b"\xff\xfe" + content[at + 2 :]})
+    client = world.client()
+    client.add(lost)
+    status = client.status()
+    assert status["storeWasReset"] is True and status["lostRecords"] == 1
+    client.acknowledge_reset()
+    daemon.kill()
+    daemon.start()
+    status = client.status()
+    assert status["storeWasReset"] is False and status["lostRecords"] == 0
+    assert sorted(client.pending_identifiers()) == sorted(alarm.identifier for alarm in alarms)
+
+
 def test_tells_the_callers_that_the_store_was_reset(world):
     world.let_bus_start_daemon()
     world.store.parent.mkdir(mode=0o700)
