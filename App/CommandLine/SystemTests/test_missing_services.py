@@ -116,6 +116,18 @@ def test_folders_that_vanish_cancel_nothing(world, tinkra):
     assert tinkra("sync", "--json").json == {"added": [], "removed": []}
 
 
+def test_an_empty_folder_in_place_of_the_calendars_cancels_nothing(world, tinkra):
+    """What is left of a file system that is not mounted."""
+    tinkra.meeting(after=3600)
+    assert tinkra("select", "Work/Team").code == 0
+    tinkra.calendars.rename(world.root / "elsewhere")
+    tinkra.calendars.mkdir()
+
+    outcome = tinkra("sync")
+    assert outcome.code == 1 and "no alarm was changed" in outcome.error and one_line(outcome.error), outcome
+    assert len(tinkra("pending", "--json").json) == 1
+
+
 def test_a_monitored_calendar_that_was_removed_is_named_and_empties_only_itself(tinkra):
     tinkra.meeting(after=3600)
     tinkra.meeting(after=3600, calendar="Home/Family", title="Home")

@@ -282,6 +282,31 @@ TEST_F(CommandsTest, SyncCancelsNothingWhileCalendarsCannotBeRead)
     EXPECT_EQ(desk.center->pending().size(), 1U);
 }
 
+TEST_F(CommandsTest, SyncCancelsNothingWhenNoMonitoredCalendarIsThere)
+{
+    desk.monitor({"Work/Team", "Home/Family"});
+    desk.run({"sync"});
+    desk.events->setCalendars({});
+    desk.events->setEvents({});
+
+    EXPECT_EQ(desk.run({"sync"}), ExitCode::Failure);
+    EXPECT_THAT(desk.error, HasSubstr("Sync failed: no monitored calendar is there"));
+    EXPECT_EQ(desk.center->pending().size(), 1U);
+
+    desk.monitor({});
+    EXPECT_EQ(desk.run({"sync"}), ExitCode::Success);
+    EXPECT_THAT(desk.center->pending(), IsEmpty());
+}
+
+TEST_F(CommandsTest, SyncNamesAMonitoredCalendarThatIsGoneAndGoesOnWithTheOthers)
+{
+    desk.monitor({"Work/Team", "Gone/Away"});
+
+    EXPECT_EQ(desk.run({"sync"}), ExitCode::Success);
+    EXPECT_EQ(desk.error, "tinkra: Monitored, but not found: Gone/Away\n");
+    EXPECT_EQ(desk.center->pending().size(), 1U);
+}
+
 TEST_F(CommandsTest, ACompletePassIsAcknowledged)
 {
     desk.monitor({"Work/Team"});

@@ -67,6 +67,14 @@ void printJson(const Session& session, const ReconcileResult& result)
     session.out << jsonText({{"added", std::move(added)}, {"removed", std::move(removed)}}) << '\n';
 }
 
+/// The monitored calendars that are not there.
+Task<CalendarIDs> missingCalendars(SessionPtr session, CalendarIDs monitored)
+{
+    for (const auto& calendar : co_await session->provider->availableCalendars())
+        monitored.erase(calendar.id);
+    co_return monitored;
+}
+
 }
 
 Task<ExitCode> synchronize(SessionPtr session, Format format)
@@ -90,6 +98,18 @@ Task<ExitCode> synchronize(SessionPtr session, Format format)
         session->provider, session->scheduler, configuration, horizon, session->executor);
     ReconcileResult result;
     try {
+        // All of them at once: more likely a file system is away than that somebody removed them. A program
+        // that has just started has no earlier state to tell the two apart by.
+        const auto& monitored = configuration.monitoring.selectedCalendarIDs;
+        const auto missing = co_await missingCalendars(session, monitored);
+        if (configuration.masterEnabled && !monitored.empty() && missing.size() == monitored.size()) {
+            session->complain("Sync failed: no monitored calendar is there, so that no alarm was changed; "
+                              "\"tinkra doctor\" says where they are looked for, and \"tinkra deselect\" "
+                              "lets go of those that are gone.");
+            co_return ExitCode::Failure;
+        }
+        for (const auto& id : missing)
+            session->complain("Monitored, but not found: " + id.utf8());
         result = co_await monitoring.sync(session->services.clock->now());
     } catch (const std::exception& error) {
         session->complain(std::string("Sync failed: ") + error.what());
