@@ -105,3 +105,8 @@ def test_everything_that_cannot_work_is_one_line(tinkra):
     for arguments in (("select", "No/Such"), ("deselect", "No/Such"), ("upcoming", "--days", "-1"), ("nonsense",)):
         outcome = tinkra(*arguments)
         assert outcome.code in (1, 2) and one_line(outcome.error), (arguments, outcome)
+
+
+def test_standard_input_that_cannot_be_read_is_a_failure(tinkra):
+    outcome = tinkra("occurrences", "-", "--json", prefix=("sh", "-c", 'exec "$@" < /', "sh"))
+    assert outcome.code == 1 and outcome.json == [] and one_line(outcome.error), outcome

@@ -49,15 +49,17 @@ std::string readAll(std::istream& in)
 /// Nothing, and `errno`, when the file cannot be read.
 std::optional<std::string> readFile(const std::string& name, std::istream& standardIn)
 {
+    std::ifstream file;
+    const bool isStandardIn = name == "-";
     errno = 0;
-    if (name == "-")
-        return readAll(standardIn);
-    std::ifstream file(name, std::ios::binary);
-    if (!file)
-        return std::nullopt;
+    if (!isStandardIn) {
+        file.open(name, std::ios::binary);
+        if (!file)
+            return std::nullopt;
+    }
     // A folder opens like a file and fails only when it is read.
     errno = 0;
-    auto text = readAll(file);
+    auto text = readAll(isStandardIn ? standardIn : file);
     return errno == 0 ? std::optional(std::move(text)) : std::nullopt;
 }
 
