@@ -179,10 +179,18 @@ TEST(Event, EndsOnTheClockOfItsStartWhenTheEndHasNoZoneWhateverTheCalendarSays)
         Lines{"2024-03-04T09:00:00Z/2024-03-04T10:00:00Z One"});
 }
 
-TEST(Event, KeepsItsStatusToItself)
+TEST(Event, IsKeptWhateverItsStatus)
 {
     for (const auto* status : {"CANCELLED", "TENTATIVE", "CONFIRMED"})
         EXPECT_EQ(titles(calendarWithEvent("STATUS:" + std::string{status} + "\n")), Lines{"One"});
+}
+
+TEST(Event, IsKeptThoughItsOwnerDeclinedIt)
+{
+    for (const auto* answer : {"DECLINED", "TENTATIVE", "NEEDS-ACTION"})
+        EXPECT_EQ(titles(calendarWithEvent(
+                      "ATTENDEE;PARTSTAT=" + std::string{answer} + ":mailto:me@example.com\n")),
+            Lines{"One"});
 }
 
 }
