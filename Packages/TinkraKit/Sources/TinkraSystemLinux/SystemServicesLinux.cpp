@@ -15,14 +15,19 @@ namespace Tinkra::System {
 
 namespace {
 
-/// Preferences that end with the process.
+/// Preferences whose changes end with the process.
 class MemoryDefaults final : public Defaults {
 public:
+    explicit MemoryDefaults(std::shared_ptr<Defaults> kept)
+        : m_kept(std::move(kept))
+    {
+    }
+
     std::optional<std::string> data(std::string_view key) override
     {
         const std::lock_guard lock(m_mutex);
         const auto found = m_values.find(key);
-        return found == m_values.end() ? std::nullopt : std::optional(found->second);
+        return found == m_values.end() ? m_kept->data(key) : std::optional(found->second);
     }
 
     void setData(std::string_view key, std::string_view bytes) override
@@ -32,6 +37,7 @@ public:
     }
 
 private:
+    std::shared_ptr<Defaults> m_kept;
     std::mutex m_mutex;
     std::map<std::string, std::string, std::less<>> m_values;
 };
@@ -46,7 +52,7 @@ SystemServices makeSystemServices()
     const auto eventStore = std::make_shared<FolderEventStore>(defaults);
     return {
         .eventStore = eventStore,
-        .calendarChoice = std::make_shared<FolderEventStore>(std::make_shared<MemoryDefaults>()),
+        .calendarChoice = std::make_shared<FolderEventStore>(std::make_shared<MemoryDefaults>(defaults)),
         .notificationCenter = std::make_shared<NotificationCenterLinux>(sessionBus),
         .defaults = defaults,
         .localCalendar = std::make_shared<LocalCalendarLinux>(),

@@ -40,7 +40,8 @@ CalendarAuthorization FolderAccess::status() const
 bool FolderAccess::request()
 {
     m_wasRequested = true;
-    if (!m_roots.empty())
+    // After the grant a missing root is trouble; an empty one made in its place would pass for "no meetings".
+    if (!isGranted() && !m_roots.empty())
         m_fileSystem->makeFolder(m_roots.front());
     if (!isAnyRootReachable())
         return false;

@@ -22,7 +22,8 @@ public:
     bool isGranted() const;
     CalendarAuthorization status() const;
 
-    /// Grants access when a root can be reached; makes the first one if it is missing. True when granted.
+    /// Grants access when a root can be reached; the first time, makes the first one if it is missing. True
+    /// when granted.
     bool request();
 
 private:

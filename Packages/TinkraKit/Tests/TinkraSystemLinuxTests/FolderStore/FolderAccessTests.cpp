@@ -107,6 +107,18 @@ TEST_F(FolderAccessTest, ThrowsAfterTheGrantWhenTheRootIsGoneRatherThanBeingEmpt
     EXPECT_THAT(errorOfCalendars(), HasSubstr("is missing"));
 }
 
+TEST_F(FolderAccessTest, MakesNoRootInPlaceOfOneThatIsGoneSinceTheGrant)
+{
+    request();
+    std::filesystem::remove_all(root);
+    restart();
+
+    EXPECT_FALSE(request());
+
+    EXPECT_FALSE(std::filesystem::exists(root));
+    EXPECT_THAT(errorOfCalendars(), HasSubstr("is missing"));
+}
+
 TEST_F(FolderAccessTest, DoesNotCountAGrantThatCannotBeKept)
 {
     defaults->failWrites();
