@@ -76,7 +76,7 @@ def test_without_a_session_bus_commands_fail_in_one_line(world, tinkra, address)
 
     for command in ("sync", "pending"):
         outcome = tinkra(command, environment=environment)
-        assert outcome.code == 1 and one_line(outcome.error), outcome
+        assert outcome.code == 1 and one_line(outcome.error) and "no session bus answers" in outcome.error, outcome
     doctor = tinkra("doctor", "--json", environment=environment)
     assert doctor.code == 1 and levels(doctor)["Session bus"] == "failure"
 
@@ -107,6 +107,10 @@ def test_folders_that_vanish_cancel_nothing(world, tinkra):
     assert tinkra("select", "Work/Team").code == 0
     tinkra.calendars.rename(world.root / "elsewhere")
 
+    # Looking for the calendars puts no empty folder in the place of theirs.
+    for command in (("calendars",), ("select", "Work/Team"), ("deselect", "Work/Team")):
+        outcome = tinkra(*command)
+        assert outcome.code == 1 and one_line(outcome.error) and not tinkra.calendars.exists(), outcome
     outcome = tinkra("sync")
     assert outcome.code == 1 and outcome.error.startswith("tinkra: Sync failed: ") and one_line(outcome.error), outcome
     assert len(tinkra("pending", "--json").json) == 1

@@ -125,6 +125,9 @@ Task<HealthFinding> HealthChecksLinux::sessionBus()
 
 Task<HealthFinding> HealthChecksLinux::notificationService()
 {
+    const auto bus = co_await sessionBus();
+    if (bus.level != Level::Ok)
+        co_return bus;
     const std::string subject = "Notification service";
     Properties status;
     try {
@@ -226,10 +229,12 @@ Task<std::vector<HealthFinding>> HealthChecksLinux::calendarFolders()
     }
     for (const auto& root : status.roots) {
         if (!root.isReachable)
-            findings.push_back({subject, Level::Warning,
-                root.path + " cannot be read." + (root.trouble.empty() ? "" : " " + root.trouble),
+            findings.push_back({subject, Level::Warning, root.path + " is missing, or is no folder.",
                 "Put calendars there, as ACCOUNT/CALENDAR/*.ics, or name other folders in "
                 "TINKRA_CALENDARS."});
+        else if (!root.trouble.empty())
+            findings.push_back({subject, Level::Failure, root.path + " cannot be read: " + root.trouble + ".",
+                "Make the folder readable; until then the alarms stay as they are."});
         else
             findings.push_back({subject, Level::Ok, root.path + " can be read.", ""});
     }
