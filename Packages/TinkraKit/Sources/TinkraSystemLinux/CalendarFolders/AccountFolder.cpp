@@ -65,9 +65,11 @@ void AccountFolder::dropMissing(const std::function<bool(const CalendarFolder&)>
 void AccountFolder::appendNotices(
     const std::string& place, std::size_t limit, std::vector<std::string>& notices) const
 {
-    for (const auto& notice : m_notices) {
-        if (notices.size() < limit)
-            notices.emplace_back(place).append("/").append(notice);
+    for (const auto* each : {&m_notices, &m_unopened}) {
+        for (const auto& notice : *each) {
+            if (notices.size() < limit)
+                notices.emplace_back(place).append("/").append(notice);
+        }
     }
 }
 
@@ -139,6 +141,7 @@ void AccountFolder::nameCalendars()
 void AccountFolder::describeCalendars(
     FileSystem& fileSystem, FolderWatcher& watcher, const std::function<Descriptor()>& openSelf)
 {
+    m_unopened.clear();
     Descriptor self;
     for (auto& calendar : m_calendars) {
         if (calendar->missingSince || !calendar->wantsDescription())
@@ -153,7 +156,7 @@ void AccountFolder::describeCalendars(
                 calendar->missingSince = fileSystem.now();
         } catch (const std::system_error& error) {
             // It stays listed, so that asking for its events tells the trouble.
-            m_notices.push_back(calendar->entry() + ": " + error.what());
+            m_unopened.push_back(calendar->entry() + ": " + error.what());
         }
     }
 }

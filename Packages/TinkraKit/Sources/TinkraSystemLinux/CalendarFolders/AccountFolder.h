@@ -51,7 +51,8 @@ private:
     std::unique_ptr<FolderWatch> m_watch;
     bool m_isCovered = false;
     bool m_listAgain = true;
-    std::vector<std::string> m_notices;
+    std::vector<std::string> m_notices; ///< of the listing
+    std::vector<std::string> m_unopened; ///< of calendars whose folders did not open when last tried
 };
 
 }

@@ -327,9 +327,11 @@ TEST_F(FolderChangesTest, ThrowsForAFolderThatCannotBeOpenedOnlyWhenItIsAskedFor
     EXPECT_THAT(identifiers(), ElementsAre("Cloud/Home", "Cloud/Work"));
     EXPECT_THAT(titles({"Cloud/Home"}), ElementsAre("Home"));
     EXPECT_THAT(errorOfEvents(), HasSubstr("cannot open the folder \"Work\""));
+    EXPECT_THAT(status().notices, ElementsAre(HasSubstr("cannot open the folder \"Work\"")));
 
     files->failsToOpen = nullptr;
     EXPECT_THAT(titles(), ElementsAre("Old"));
+    EXPECT_THAT(status().notices, IsEmpty());
 }
 
 TEST_F(FolderChangesTest, ThrowsForAnAccountThatCannotBeOpened)
