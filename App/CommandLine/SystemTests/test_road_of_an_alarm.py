@@ -1,5 +1,6 @@
 """From a calendar file to a notification, while no program of ours but the daemon runs."""
 
+from tinkra_world.processes import wait_until
 from typist import one_line
 
 
@@ -18,6 +19,22 @@ def test_a_selected_meeting_is_shown_at_its_second_after_the_program_has_ended(w
     assert (shown[0].summary, shown[0].body) == ("Meeting starting", "Stand-up")
     assert 0 <= shown[0].wall - start < 1 + world.machine.lateness()
     assert tinkra("pending", "--json").json == []
+
+
+def test_passes_while_an_alarm_is_due_and_nothing_shows_it_do_not_cancel_it(world, tinkra):
+    start = tinkra.meeting(after=4, title="Stand-up", uid="due")
+    tinkra.meeting(after=3600, title="Later", uid="later")
+    assert tinkra("select", "Work/Team").code == 0
+    client = world.client()
+    wait_until(lambda: client.status()["due"] == 1, 15, "the alarm to be due")
+
+    assert tinkra("sync", "--json").json == {"added": [], "removed": []}
+    (tinkra.calendars / "Work/Team/due.ics").unlink()
+    assert tinkra("sync", "--json").json == {"added": [], "removed": []}
+
+    (shown,) = world.notification_server().wait_for(1, seconds=10)
+    assert shown.body == "Stand-up" and shown.wall >= start
+    assert [request["body"] for request in tinkra("pending", "--json").json] == ["Later"]
 
 
 def test_selecting_deselecting_and_changing_calendars_changes_what_is_armed(tinkra):
