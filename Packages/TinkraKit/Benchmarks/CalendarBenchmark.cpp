@@ -2,7 +2,7 @@
 //
 //   calendar_benchmark FOLDER [--check] [--rounds N] [--peer PROGRAM]
 //
-// FOLDER holds what the generator of test calendars writes: single/<calendar>.ics,
+// FOLDER holds what make_test_calendars.py writes: single/<calendar>.ics,
 // vdir/<calendar>/<event>.ics, expected.tsv and manifest.json. PROGRAM is another reader, called as PROGRAM
 // BASE_EPOCH DAYS FOLDER. With
 // --check the occurrences of both layouts are compared with expected.tsv, and nothing is measured.
