@@ -83,7 +83,9 @@ function(tinkra_add_fuzzer NAME SOURCE)
   endif()
   target_link_libraries(${NAME} PRIVATE tinkra_options ${ARG_LINKS})
   set_tests_properties(${NAME} PROPERTIES TIMEOUT 300 LABELS "fuzz")
+  add_dependencies(fuzzers ${NAME})
 endfunction()
+add_custom_target(fuzzers)
 
 # tinkra_add_benchmark(NAME SOURCES ... LINKS ...)   a Google Benchmark program, never part of the test run
 function(tinkra_add_benchmark NAME)

@@ -63,6 +63,16 @@ class SteeredClock:
         self._memory.close()
 
 
+def _real_time_timers(pid: int):
+    for entry in Path(f"/proc/{pid}/fd").iterdir():
+        try:
+            is_timer = os.readlink(entry) == "anon_inode:[timerfd]"
+            if is_timer and _REAL_TIME in Path(f"/proc/{pid}/fdinfo/{entry.name}").read_text().splitlines():
+                yield int(entry.name)
+        except FileNotFoundError:
+            pass  # closed since the folder was listed, as short-lived descriptors are
+
+
 def _expire_timers(pid: int):
     """Makes the real-time timers of another process readable now (pidfd_getfd(2) needs the right to trace
     it)."""
@@ -70,12 +80,8 @@ def _expire_timers(pid: int):
     if process < 0:
         raise OSError(ctypes.get_errno(), "pidfd_open")
     try:
-        for entry in Path(f"/proc/{pid}/fd").iterdir():
-            if os.readlink(entry) != "anon_inode:[timerfd]":
-                continue
-            if _REAL_TIME not in Path(f"/proc/{pid}/fdinfo/{entry.name}").read_text().splitlines():
-                continue
-            timer = _libc.syscall(_SYS_PIDFD_GETFD, process, int(entry.name), 0)
+        for number in _real_time_timers(pid):
+            timer = _libc.syscall(_SYS_PIDFD_GETFD, process, number, 0)
             if timer < 0:
                 raise OSError(ctypes.get_errno(), "pidfd_getfd")
             at_once = struct.pack("=qqqq", 0, 0, 0, 1)
