@@ -76,6 +76,7 @@ EventExpansion::Result EventExpansion::expand(
     std::span<const Source> sources, std::vector<Source>& slow) const
 {
     Result result;
+    result.events.reserve(sources.size());
     for (const auto& source : sources) {
         const auto before = result.events.size();
         const auto events = static_cast<std::int64_t>(source.content->eventCount());
