@@ -54,10 +54,12 @@ public:
         }
         m_context->stop();
         m_waiting.join();
-        // What was begun is ended here, so that nothing in the context keeps the watcher alive.
-        m_watcher->stop();
-        m_context->restart();
-        m_context->poll();
+        // What was begun is ended here, so that nothing in the context keeps the watcher alive. A handler
+        // that was still waiting for its turn may begin something anew, so once is not enough.
+        do {
+            m_watcher->stop();
+            m_context->restart();
+        } while (m_context->poll() > 0);
     }
 
     const std::shared_ptr<FolderAccess>& access() const { return m_access; }
