@@ -117,7 +117,7 @@ void DesktopNotificationServer::askForCapabilities()
         .withTimeout(kCapabilitiesTime)
         .uponReplyInvoke([this, asked = m_generation](const sdbus::Error* error, std::string name,
                              const std::string& /*vendor*/, const std::string& version,
-                             const std::string& /*specification*/) {
+                             const std::string& /*interfaceVersion*/) {
             if (error == nullptr && asked == m_generation)
                 m_name = std::move(name) + " " + version;
         });

@@ -6,7 +6,7 @@
 namespace Tinkra::System {
 
 /// The base directories of the desktop (XDG Base Directory Specification 0.8), read from the environment at
-/// each call. A value that is not an absolute path is ignored, as the specification asks.
+/// each call. A value that is not an absolute path is ignored, as its text asks.
 
 std::filesystem::path xdgConfigHome(); ///< $XDG_CONFIG_HOME, else ~/.config
 std::filesystem::path xdgDataHome(); ///< $XDG_DATA_HOME, else ~/.local/share
