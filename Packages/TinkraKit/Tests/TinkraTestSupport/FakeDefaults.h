@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <variant>
+#include <vector>
 
 namespace Tinkra::System {
 
