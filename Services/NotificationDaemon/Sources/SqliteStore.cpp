@@ -5,11 +5,13 @@
 #include "NotificationDaemon/RequestRecord.h"
 #include "NotificationDaemon/SqliteSalvage.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kApplicationId = 0x544e4b52;
 constexpr int kSchemaVersion = 2;
+constexpr std::size_t kDamagedStoresKept = 5;
 
 constexpr auto kSchema = R"(
     CREATE TABLE request (
@@ -103,6 +106,27 @@ sqlite3* openDatabase(const std::string& file)
     sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     return database;
+}
+
+/// A disk that damages a store at every start must not be filled with them. `newest` stays in any case,
+/// whatever the clock says.
+void removeOldDamagedStores(const std::filesystem::path& store, const std::filesystem::path& newest)
+{
+    namespace fs = std::filesystem;
+    const auto prefix = store.filename().string() + ".damaged-";
+    std::vector<std::pair<fs::file_time_type, fs::path>> others;
+    std::error_code failure;
+    for (fs::directory_iterator entry(store.parent_path(), failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        const auto name = entry->path().filename().string();
+        if (name.starts_with(prefix) && !name.ends_with("-wal") && entry->path() != newest)
+            others.emplace_back(entry->last_write_time(failure), entry->path());
+    }
+    std::sort(others.begin(), others.end(), std::greater<>());
+    for (std::size_t i = kDamagedStoresKept - 1; i < others.size(); ++i) {
+        fs::remove(others[i].second, failure);
+        fs::remove(others[i].second.string() + "-wal", failure);
+    }
 }
 
 /// The version in the header, read without SQLite so that a newer file is not even recovered. 0 when there is
@@ -441,6 +465,7 @@ void SqliteStore::setAside()
     std::error_code ignored;
     std::filesystem::rename(m_file + "-wal", name + "-wal", ignored);
     log(LogLevel::Error, "the damaged store is kept as " + name);
+    removeOldDamagedStores(m_file, name);
 }
 
 }

@@ -20,7 +20,7 @@ public:
 /// One SQLite file in WAL mode, in which an acknowledged change costs one fsync.
 ///
 /// Two files stand beside it at times: `<file>.rebuilt`, a complete successor that has yet to take its place,
-/// and `<file>.damaged-<time>`, one that could not be read any more.
+/// and `<file>.damaged-<time>`, one that could not be read any more; of these the newest five stay.
 class SqliteStore final : public NotificationStore {
 public:
     struct Contents {

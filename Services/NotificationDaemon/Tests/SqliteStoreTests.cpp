@@ -77,6 +77,17 @@ protected:
         return count;
     }
 
+    std::vector<std::string> damagedContents() const
+    {
+        std::vector<std::string> contents;
+        for (const auto& entry : fs::directory_iterator(m_folder)) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            if (entry.path().filename().string().find(".damaged-") != std::string::npos)
+                contents.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        }
+        return contents;
+    }
+
     fs::path m_folder;
     std::string m_file;
     std::unique_ptr<SqliteStore> m_store;
@@ -245,6 +256,32 @@ TEST_F(SqliteStoreTest, LosesOnlyWhatLiesOnADamagedPage)
     EXPECT_GT(noticed, 50);
 }
 
+TEST_F(SqliteStoreTest, KeepsNearlyEverythingWholeWhicheverByteOfItsFileIsWrong)
+{
+    constexpr std::size_t kCount = 40;
+    constexpr std::size_t kFaults = 2000;
+    fillAndClose(kCount);
+    const auto whole = bytes();
+    std::mt19937 random(11);
+    std::size_t left = 0;
+    for (std::size_t i = 0; i < kFaults; ++i) {
+        const auto at = random() % whole.size();
+        auto damaged = whole;
+        damaged[at] = static_cast<char>(damaged[at] ^ (1 << (random() % 8)));
+        write(damaged);
+        const auto contents = open();
+        for (const auto& row : contents.requests) {
+            auto expected = request(row.id);
+            expected.offered = row.offered;
+            EXPECT_EQ(row, expected) << "byte " << at;
+        }
+        EXPECT_TRUE(contents.requests.size() == kCount || contents.wasDamaged) << "byte " << at;
+        left += contents.requests.size();
+        m_store.reset();
+    }
+    EXPECT_GT(left, kFaults * kCount * 95 / 100);
+}
+
 TEST_F(SqliteStoreTest, NamesADamagedRowUntilItIsErased)
 {
     fillAndClose(3);
@@ -263,6 +300,22 @@ TEST_F(SqliteStoreTest, NamesADamagedRowUntilItIsErased)
     const auto mended = open();
     EXPECT_FALSE(mended.wasDamaged);
     EXPECT_THAT(mended.requests, testing::SizeIs(2));
+}
+
+TEST_F(SqliteStoreTest, KeepsOnlyTheNewestFewOfItsDamagedPredecessors)
+{
+    const auto old = m_folder / "notifications.db.damaged-5";
+    std::ofstream(old) << "the oldest";
+    std::ofstream(old.string() + "-wal") << "and its log";
+    fs::last_write_time(old, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    for (int i = 0; i < 12; ++i) {
+        write("damage number " + std::to_string(i));
+        EXPECT_TRUE(open().wasDamaged);
+        EXPECT_THAT(damagedContents(), testing::Contains("damage number " + std::to_string(i)));
+    }
+    EXPECT_EQ(damagedFiles(), 5U);
+    EXPECT_FALSE(fs::exists(old));
+    EXPECT_FALSE(fs::exists(old.string() + "-wal"));
 }
 
 TEST_F(SqliteStoreTest, LeavesAStoreOfANewerVersionAsItIs)
