@@ -64,7 +64,7 @@ void NotificationCenter::load(const std::vector<StoredRequest>& stored, Notes no
     m_notes = std::move(notes);
     m_last = now;
     m_clockSetAt = now.elapsed;
-    m_clearedUpAt = now.elapsed;
+    m_clearedUpAt = now.elapsed - kClearUpEvery; // sessions may all be short
 
     std::int64_t damaged = 0;
     for (const auto& row : stored) {

@@ -333,6 +333,21 @@ TEST(NotificationCenter, ForgetsMissedOnesAfterAWeek)
     EXPECT_EQ(world.count(Phase::Missed), 0U);
 }
 
+TEST(NotificationCenter, ForgetsASurplusInSessionsThatAreAllShort)
+{
+    World world;
+    constexpr std::size_t kMostMissed = 1000;
+    for (std::size_t i = 0; i <= kMostMissed; ++i)
+        world.add("request " + std::to_string(i), kNoon + 10);
+    world.setClock(kNoon + kDay);
+    EXPECT_EQ(world.count(Phase::Missed), kMostMissed + 1);
+
+    world.restart();
+
+    EXPECT_EQ(world.count(Phase::Missed), kMostMissed);
+    EXPECT_EQ(world.store.requests.size(), kMostMissed);
+}
+
 TEST(NotificationCenter, UsesTheFireTimeWhereTheMeetingsStartIsNoSensibleNumber)
 {
     for (const double start : {-1.0, 0.0, 1e300, -1e300, double(INFINITY), double(NAN)}) {
