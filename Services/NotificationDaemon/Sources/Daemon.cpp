@@ -216,7 +216,6 @@ void Daemon::turn()
             answerCalls();
             m_center.settle(now());
         }
-        m_timer.arm(m_center.nextTrigger());
         m_failures = 0;
     } catch (const std::bad_alloc&) {
         outOfMemory();
@@ -225,6 +224,8 @@ void Daemon::turn()
             throw;
         outOfMemory();
     }
+    // Whatever went wrong: what is armed already still rings.
+    m_timer.arm(m_center.nextTrigger());
 }
 
 /// Whoever asked for too much has been refused; the alarms go on.
