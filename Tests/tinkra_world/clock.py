@@ -9,7 +9,7 @@ from pathlib import Path
 
 _libc = ctypes.CDLL(None, use_errno=True)
 _SYS_PIDFD_OPEN, _SYS_PIDFD_GETFD = 434, 438
-_REAL_TIME = "clockid: 0"
+_REAL_TIME = "0"  # CLOCK_REALTIME
 
 
 class SteeredClock:
@@ -63,14 +63,20 @@ class SteeredClock:
         self._memory.close()
 
 
-def _real_time_timers(pid: int):
+def real_time_timers(pid: int) -> dict:
+    """What the kernel tells of the real-time timers of a process (proc(5), "fdinfo"), by descriptor."""
+    found = {}
     for entry in Path(f"/proc/{pid}/fd").iterdir():
         try:
-            is_timer = os.readlink(entry) == "anon_inode:[timerfd]"
-            if is_timer and _REAL_TIME in Path(f"/proc/{pid}/fdinfo/{entry.name}").read_text().splitlines():
-                yield int(entry.name)
+            if os.readlink(entry) != "anon_inode:[timerfd]":
+                continue
+            lines = Path(f"/proc/{pid}/fdinfo/{entry.name}").read_text().splitlines()
         except FileNotFoundError:
-            pass  # closed since the folder was listed, as short-lived descriptors are
+            continue  # closed since the folder was listed, as short-lived descriptors are
+        facts = {name: value.strip() for name, _, value in (line.partition(":") for line in lines)}
+        if facts["clockid"] == _REAL_TIME:
+            found[int(entry.name)] = facts
+    return found
 
 
 def _expire_timers(pid: int):
@@ -80,7 +86,7 @@ def _expire_timers(pid: int):
     if process < 0:
         raise OSError(ctypes.get_errno(), "pidfd_open")
     try:
-        for number in _real_time_timers(pid):
+        for number in real_time_timers(pid):
             timer = _libc.syscall(_SYS_PIDFD_GETFD, process, number, 0)
             if timer < 0:
                 raise OSError(ctypes.get_errno(), "pidfd_getfd")

@@ -16,6 +16,7 @@ from .clock import SteeredClock
 from .daemon import NotificationDaemon
 from .ledger import Ledger, LedgerViolation
 from .notification_server import NotificationServer
+from .sound_server import SoundServer
 
 _PASSED_ON = (
     "ASAN_OPTIONS",
@@ -72,6 +73,8 @@ class World:
             "XDG_CONFIG_DIRS": "/etc/xdg",
             "TMPDIR": str(self._folder("tmp")),
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.root}/no-system-bus",
+            # Where it is named, no program starts a sound server of its own.
+            "PULSE_SERVER": f"unix:{self.root}/no-sound-server",
             processes.MARK: str(self.root),
         } | {name: os.environ[name] for name in _PASSED_ON if name in os.environ}
         self.clock = SteeredClock(self.root, self._library("libtinkra_steered_clock.so"))
@@ -128,6 +131,11 @@ class World:
             self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self._system_bus.address
         return self._system_bus
 
+    def sound_server(self) -> SoundServer:
+        """A sound server that listens to what is played; until it is asked for, there is none."""
+        self.environment["PULSE_SERVER"] = f"unix:{self.root}/sound"
+        return self.keep(SoundServer(self.root / "sound", self.logs, self.environment))
+
     def mock_system_service(self, template: str):
         """One of python3-dbusmock's templates (logind, timedated) on the system bus."""
         bus = self.system_bus()
@@ -183,9 +191,9 @@ class World:
         ):
             if not Path(self.environment[name]).resolve().is_relative_to(self.root.resolve()):
                 raise TouchesUserData(f"{name}={self.environment[name]} lies outside {self.root}")
-        for name in ("DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"):
+        for name in ("DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS", "PULSE_SERVER"):
             if str(self.root) not in self.environment[name]:
-                raise TouchesUserData(f"{name}={self.environment[name]} is not a bus of the test")
+                raise TouchesUserData(f"{name}={self.environment[name]} is not a server of the test")
 
     # Life and end.
 
@@ -253,7 +261,10 @@ class World:
 
     @staticmethod
     def _library(name) -> Path:
-        return next(build_folder().joinpath("Tests").rglob(name))
+        found = next(build_folder().joinpath("Tests").rglob(name), None)
+        if found is None:
+            raise FileNotFoundError(f"{name} is not below {build_folder()}; build it first")
+        return found
 
 
 class _Ended:

@@ -9,10 +9,12 @@ import pytest
 from gi.repository import GLib
 
 from tinkra_world import CallRefused, World
+from tinkra_world.clock import real_time_timers
 from tinkra_world.parallel import in_parallel
 from tinkra_world.processes import settle, wait_until
 
 HOUR, DAY = 3600, 86400
+TFD_TIMER_ABSTIME, TFD_TIMER_CANCEL_ON_SET = 1, 2
 
 
 def utc(*fields) -> float:
@@ -93,6 +95,18 @@ def test_a_change_of_the_clock_that_nobody_tells_of_is_noticed_within_half_a_min
         waits_for_the_tick,
         ["stepped, and nobody said so", "suspended, and nobody said so", "only a resume without a suspend"],
     )
+
+
+def test_asks_the_kernel_to_be_told_when_the_clock_is_set(world):
+    """That the kernel does tell is not tried: setting the clock sets it for everybody on the machine, and is
+    allowed to nobody in a container (CAP_SYS_TIME counts in the first user namespace only, and a time
+    namespace moves the monotonic and the boot clock alone). The other tests tell the daemon in the kernel's
+    place."""
+    _, daemon, client = started(world)
+    client.add(world.alarm(HOUR))
+    asked = TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET
+    wait_until(lambda: real_time_timers(daemon.pid), 3, "the timer")
+    assert [int(timer["settime flags"], 8) for timer in real_time_timers(daemon.pid).values()] == [asked]
 
 
 def emit_prepare_for_sleep(connection, before):

@@ -38,6 +38,25 @@ def test_waits_for_a_server_and_shows_at_once_when_there_is_one(world):
     wait_until(lambda: client.status()["due"] == 0, 3, "the showing to be recorded")
 
 
+def test_without_a_server_it_sounds_the_alarm_goes_on_trying_and_shows_it_at_the_first_that_comes(world):
+    sound = world.sound_server()
+    daemon = world.daemon().start()
+    client = world.client()
+    alarm = world.alarm(1)
+    client.add(alarm)
+    wait_until(lambda: sound.loudness() > 0.05, 10, "the fallback sound")
+    assert world.clock.now() >= alarm.second
+    assert "no notification server takes it" in daemon.log.read_text()
+    settle(alarm.second + 20 - world.clock.now())
+    status = client.status()
+    assert (status["due"], status["shown"], status["pending"]) == (1, 0, 0)
+    server = world.notification_server()
+    world.ledger.outage(alarm.fire, world.clock.now())
+    server.wait_for(1, 2)
+    world.check_ledger(server)
+    wait_until(lambda: client.status()["due"] == 0, 3, "the showing to be recorded")
+
+
 def test_an_alarm_that_is_due_is_neither_listed_nor_cancelled(world):
     world.daemon().start()
     client = world.client()

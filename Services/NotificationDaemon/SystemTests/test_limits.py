@@ -168,16 +168,27 @@ def test_a_flood_that_arms_delays_no_alarm(world):
     assert daemon.running
 
 
-def test_a_thousand_connections_that_come_and_go_leave_nothing_behind(world):
+def test_ten_thousand_connections_that_come_and_go_delay_no_alarm_and_leave_nothing_behind(world):
+    count = fewer_when_sanitized(10_000)
+    at_once = 500
+    server = world.notification_server()
     daemon = world.daemon().start()
     client = world.client()
     client.add(world.alarm(HOUR))
+    for number in range(5):
+        client.add(world.alarm(2 + number))
     handles = daemon.handles()
     before = resident_kib(daemon.pid, "Private_Dirty")
-    for _ in range(fewer_when_sanitized(1000)):
-        passing = NotificationCentre(world.bus.connect(), None)
-        passing.pending_identifiers()
-        passing.close()
+    for first in range(0, count, at_once):
+        passing = [
+            NotificationCentre(world.bus.connect(), None) for _ in range(first, min(first + at_once, count))
+        ]
+        for caller in passing:
+            assert len(caller.pending_identifiers()) >= 1
+        for caller in passing:
+            caller.close()
+    server.wait_for(5, 10)
+    world.check_ledger(server)
     settle(0.2)
     assert daemon.handles() == handles
     assert sanitized() or resident_kib(daemon.pid, "Private_Dirty") < before + 4096
