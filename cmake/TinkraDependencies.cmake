@@ -8,6 +8,7 @@ find_package(CLI11 REQUIRED)
 find_package(GTest REQUIRED)
 find_package(sdbus-c++ REQUIRED)
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 pkg_check_modules(LIBICAL REQUIRED IMPORTED_TARGET libical) # tests and benchmarks compare with it; nothing ships it
 
 # Standalone asio; its one source file is TinkraConcurrency/Asio.cpp. Clang is not among the

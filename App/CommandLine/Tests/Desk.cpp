@@ -57,7 +57,8 @@ ExitCode Desk::run(std::vector<std::string> arguments)
     std::ostringstream errors;
     const auto makeServices = [this] {
         madeServices = true;
-        return System::SystemServices{events, choice, center, defaults, calendar, clock, health};
+        return System::SystemServices{
+            events, choice, center, defaults, calendar, clock, health, nullptr, nullptr};
     };
     const auto exitCode = CommandLine::run(static_cast<int>(pointers.size()), pointers.data(),
         {.in = input, .out = output, .error = errors, .makeServices = makeServices, .now = [] {

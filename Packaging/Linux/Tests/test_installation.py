@@ -45,6 +45,8 @@ def test_a_package_holds_every_file_at_its_place(package):
         "usr/share/fish/vendor_completions.d/tinkra.fish",
         "usr/share/doc/tinkra/LICENSE",
         "usr/share/doc/tinkra/CHANGELOG.md",
+        *(f"usr/share/tinkra/sounds/{sound}.wav"
+          for sound in ("Glass", "Funk", "Sosumi", "Ping", "Hero", "Submarine")),
     }
 
 
@@ -60,7 +62,7 @@ def test_programs_may_be_run_by_everybody_and_nothing_may_be_written_by_others(p
 def test_no_file_names_the_place_where_it_was_built_or_staged(package):
     for name in files_below(package):
         path = package / name
-        if path.parent.name not in ("bin", "libexec"):
+        if path.parent.name not in ("bin", "libexec", "sounds"):
             text = path.read_text()
             assert BUILD not in text and str(package) not in text, name
             assert not re.search(r"@[A-Z_]+@", text), name

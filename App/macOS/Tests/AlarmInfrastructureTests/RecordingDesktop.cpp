@@ -22,11 +22,6 @@ std::string describe(Rect rect)
         + " x " + describe(rect.size.height) + ")";
 }
 
-std::string describe(AudioElement element)
-{
-    return element == AudioElement::Main ? "main" : element == AudioElement::Left ? "left" : "right";
-}
-
 class FakeSound final : public Sound {
 public:
     FakeSound(CallLog& log, int& playing, std::string name)
@@ -55,27 +50,6 @@ private:
     std::string m_name;
 };
 
-}
-
-std::optional<float> FakeAudioDevice::volume(AudioDeviceID, AudioElement element)
-{
-    m_log.push_back(describe(element) + " volume read");
-    return readingFails ? std::nullopt : std::optional{volumes.at(element)};
-}
-
-bool FakeAudioDevice::setVolume(AudioDeviceID, AudioElement element, float volume)
-{
-    m_log.push_back(describe(element) + " volume set to " + describe(double(volume)));
-    if (!writingFails)
-        volumes[element] = volume;
-    return !writingFails;
-}
-
-bool FakeAudioDevice::setMute(AudioDeviceID, bool value)
-{
-    m_log.emplace_back(value ? "muted" : "unmuted");
-    muted = value;
-    return true;
 }
 
 std::unique_ptr<Sound> FakeSoundLibrary::sound(std::string_view name)

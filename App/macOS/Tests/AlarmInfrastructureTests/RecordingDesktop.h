@@ -2,6 +2,8 @@
 
 #include "AlarmInfrastructure/AlarmPresenter.h"
 
+#include "TinkraTestSupport/FakeAudioDevice.h"
+
 #include <deque>
 #include <map>
 #include <memory>
@@ -14,34 +16,6 @@ namespace Tinkra {
 
 /// What was asked of the system, in order, one line a call.
 using CallLog = std::vector<std::string>;
-
-/// A sound device whose properties a test sets up; keeps volumes and mute state like a real one.
-class FakeAudioDevice final : public System::AudioDevice {
-public:
-    explicit FakeAudioDevice(CallLog& log)
-        : m_log(log)
-    {
-    }
-
-    std::optional<System::AudioDeviceID> device = 7;
-    std::map<System::AudioElement, float> volumes{{System::AudioElement::Main, 0.4F}};
-    std::optional<bool> muted = true;
-    bool readingFails = false;
-    bool writingFails = false;
-
-    std::optional<System::AudioDeviceID> defaultOutputDevice() override { return device; }
-    bool hasVolume(System::AudioDeviceID, System::AudioElement element) override
-    {
-        return volumes.contains(element);
-    }
-    std::optional<float> volume(System::AudioDeviceID, System::AudioElement element) override;
-    bool setVolume(System::AudioDeviceID, System::AudioElement element, float volume) override;
-    bool hasMute(System::AudioDeviceID) override { return muted.has_value(); }
-    bool setMute(System::AudioDeviceID, bool value) override;
-
-private:
-    CallLog& m_log;
-};
 
 /// Sounds that are known by name and say what is done to them.
 class FakeSoundLibrary final : public System::SoundLibrary {
@@ -138,7 +112,8 @@ private:
 /// A presenter among fakes that share one log.
 struct RecordingDesktop {
     CallLog log;
-    std::shared_ptr<FakeAudioDevice> audio = std::make_shared<FakeAudioDevice>(log);
+    std::shared_ptr<System::FakeAudioDevice> audio = std::make_shared<System::FakeAudioDevice>(
+        [this](std::string call) { log.push_back(std::move(call)); });
     std::shared_ptr<FakeSoundLibrary> sounds = std::make_shared<FakeSoundLibrary>(log);
     std::shared_ptr<FakeScreens> screens = std::make_shared<FakeScreens>();
     std::shared_ptr<FakePanels> panels = std::make_shared<FakePanels>(log);

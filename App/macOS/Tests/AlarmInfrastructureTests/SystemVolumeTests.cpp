@@ -15,7 +15,8 @@ using testing::IsEmpty;
 class SystemVolumeTest : public testing::Test {
 protected:
     CallLog log;
-    std::shared_ptr<FakeAudioDevice> audio = std::make_shared<FakeAudioDevice>(log);
+    std::shared_ptr<System::FakeAudioDevice> audio = std::make_shared<System::FakeAudioDevice>(
+        [this](std::string call) { log.push_back(std::move(call)); });
     SystemVolume volume{audio};
 };
 

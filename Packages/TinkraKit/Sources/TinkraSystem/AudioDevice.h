@@ -17,7 +17,7 @@ using AudioDeviceID = std::uint32_t;
 
 /// The output volumes of the machine's sound devices: scalars from 0 (silent) to 1 (full).
 ///
-/// No call throws, and none waits for a sound server that does not answer. Main thread only.
+/// No call throws. A sound server that does not answer costs a quarter of a second, once. Main thread only.
 class AudioDevice {
 public:
     virtual ~AudioDevice() = default;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "TinkraConcurrency/Clock.h"
+#include "TinkraSystem/AudioDevice.h"
 #include "TinkraSystem/Defaults.h"
 #include "TinkraSystem/EventStore.h"
 #include "TinkraSystem/HealthChecks.h"
 #include "TinkraSystem/LocalCalendar.h"
 #include "TinkraSystem/NotificationCenter.h"
+#include "TinkraSystem/SoundLibrary.h"
 
 #include <memory>
 
@@ -22,6 +24,8 @@ struct SystemServices {
     std::shared_ptr<LocalCalendar> localCalendar;
     std::shared_ptr<Clock> clock;
     std::shared_ptr<HealthChecks> healthChecks;
+    std::shared_ptr<AudioDevice> audioDevice;
+    std::shared_ptr<SoundLibrary> soundLibrary;
 };
 
 /// The live services of the machine, one set per process. The library of the operating system that a program

@@ -1,7 +1,9 @@
 #include "TinkraSystemLinux/LocalHealthChecks.h"
 
+#include "TinkraSystemLinux/AudioDeviceLinux.h"
 #include "TinkraSystemLinux/DefaultsLinux.h"
 #include "TinkraSystemLinux/FileDescriptor.h"
+#include "TinkraSystemLinux/SoundLibraryLinux.h"
 #include "TinkraSystemLinux/XdgDirectories.h"
 
 #include <sys/inotify.h>
@@ -139,6 +141,19 @@ HealthFinding lookAtTimeZone()
         return {"Time zone", Level::Ok, "The time zone is the rule " + name + ".", ""};
     const char* database = std::getenv("TZDIR");
     return lookAtZoneFile(path(database != nullptr ? database : "/usr/share/zoneinfo") / name, name);
+}
+
+HealthFinding lookAtSound()
+{
+    const std::string subject = "Sound";
+    if (!AudioDeviceLinux().defaultOutputDevice())
+        return {subject, Level::Warning,
+            "Alarms show, but are not heard: no sound server with a device answers.",
+            "Start your desktop's sound server, PipeWire or PulseAudio, and see that a device is connected."};
+    if (!SoundLibraryLinux().sound("Glass"))
+        return {subject, Level::Warning, "Alarms show, but are not heard: their sounds are not installed.",
+            "Install Calendar Murkel, so that tinkra/sounds lies below one of the folders in XDG_DATA_DIRS."};
+    return {subject, Level::Ok, "Alarms are heard.", ""};
 }
 
 std::string notificationStoreFolder()

@@ -1,5 +1,6 @@
 #include "TinkraSystem/SystemServices.h"
 
+#include "TinkraSystemLinux/AudioDeviceLinux.h"
 #include "TinkraSystemLinux/ClockLinux.h"
 #include "TinkraSystemLinux/DefaultsLinux.h"
 #include "TinkraSystemLinux/FolderEventStore.h"
@@ -7,6 +8,7 @@
 #include "TinkraSystemLinux/LocalCalendarLinux.h"
 #include "TinkraSystemLinux/MessageBus.h"
 #include "TinkraSystemLinux/NotificationCenterLinux.h"
+#include "TinkraSystemLinux/SoundLibraryLinux.h"
 
 #include <map>
 #include <mutex>
@@ -58,6 +60,8 @@ SystemServices makeSystemServices()
         .localCalendar = std::make_shared<LocalCalendarLinux>(),
         .clock = std::make_shared<ClockLinux>(),
         .healthChecks = std::make_shared<HealthChecksLinux>(sessionBus, systemBus, eventStore),
+        .audioDevice = std::make_shared<AudioDeviceLinux>(),
+        .soundLibrary = std::make_shared<SoundLibraryLinux>(),
     };
 }
 
