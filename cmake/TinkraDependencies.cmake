@@ -24,3 +24,14 @@ target_link_libraries(tinkra_asio INTERFACE Threads::Threads)
 if(TINKRA_BENCHMARKS)
   find_package(benchmark REQUIRED)
 endif()
+
+# The interface. Nothing below the views sees Qt.
+if(NOT TINKRA_QT_FREE_CORE_ONLY)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Quick QuickTest Svg)
+  set(QT_QML_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml") # where qmllint looks for modules
+  add_library(tinkra_qt INTERFACE)
+  target_compile_definitions(tinkra_qt INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+  target_link_libraries(tinkra_qt INTERFACE Qt6::Quick)
+endif()
