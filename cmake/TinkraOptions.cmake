@@ -28,6 +28,8 @@ target_compile_options(tinkra_options INTERFACE
 if(TINKRA_SANITIZE)
   target_compile_options(tinkra_options INTERFACE
     -fsanitize=${TINKRA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # An empty optional that is read, an index out of range: libstdc++ checks what the sanitizers cannot see.
+  target_compile_definitions(tinkra_options INTERFACE _GLIBCXX_ASSERTIONS)
   target_link_options(tinkra_options INTERFACE -fsanitize=${TINKRA_SANITIZE})
 endif()
 

@@ -25,8 +25,8 @@ struct Instrument {
 
 /// One note of a score.
 struct Note {
-    double time; ///< seconds from the start of the loop
-    double pitch; ///< in hertz
+    double time = 0; ///< seconds from the start of the loop
+    double pitch = 0; ///< in hertz
     double strength = 1;
 };
 

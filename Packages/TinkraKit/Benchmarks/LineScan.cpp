@@ -47,7 +47,7 @@ template <typename Visit> void walk(int parent, const char* name, std::vector<ch
     DIR* listing = folder < 0 ? nullptr : fdopendir(folder);
     if (!listing)
         fail(name);
-    while (const auto* entry = readdir(listing)) { // NOLINT(concurrency-mt-unsafe): one thread
+    while (const auto* entry = readdir(listing)) {
         const std::string_view entryName = entry->d_name;
         if (entryName.starts_with('.'))
             continue;

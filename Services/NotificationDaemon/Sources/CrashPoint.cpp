@@ -7,7 +7,7 @@ namespace Tinkra::NotificationDaemon {
 
 void crashPoint(std::string_view name, std::string_view identifier)
 {
-    static const char* const wanted = std::getenv("TINKRA_TEST_CRASH_AT"); // NOLINT(concurrency-mt-unsafe)
+    static const char* const wanted = std::getenv("TINKRA_TEST_CRASH_AT");
     if (wanted == nullptr) [[likely]]
         return;
     std::string here(name);

@@ -38,7 +38,7 @@ std::string inQuotes(std::string_view text)
 
 void log(LogLevel level, const std::string& line)
 {
-    static const bool isJournal = std::getenv("JOURNAL_STREAM") != nullptr; // NOLINT(concurrency-mt-unsafe)
+    static const bool isJournal = std::getenv("JOURNAL_STREAM") != nullptr;
     std::string out = isJournal ? "<" + std::to_string(static_cast<int>(level)) + ">" : "tinkra-notifierd: ";
     for (const char c : std::string_view(line).substr(0, kLongestLine)) {
         const auto byte = static_cast<unsigned char>(c);

@@ -85,7 +85,7 @@ std::string firstValue(sqlite3* database, const char* sql)
 
 int firstNumber(sqlite3* database, const char* sql)
 {
-    return std::atoi(firstValue(database, sql).c_str()); // NOLINT(cert-err34-c)
+    return std::atoi(firstValue(database, sql).c_str());
 }
 
 sqlite3* openDatabase(const std::string& file)

@@ -21,7 +21,7 @@ constexpr timespec kLockPause{0, 100000000};
 
 std::string environment(const char* name)
 {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    const char* value = std::getenv(name);
     return value != nullptr ? value : "";
 }
 
@@ -30,7 +30,7 @@ std::string homeDirectory()
     auto home = environment("HOME");
     if (!home.empty())
         return home;
-    const auto* user = getpwuid(getuid()); // NOLINT(concurrency-mt-unsafe)
+    const auto* user = getpwuid(getuid());
     return user != nullptr ? user->pw_dir : "/";
 }
 
@@ -43,7 +43,7 @@ std::string stateHome()
 
 std::string systemError()
 {
-    return std::strerror(errno); // NOLINT(concurrency-mt-unsafe)
+    return std::strerror(errno);
 }
 
 }

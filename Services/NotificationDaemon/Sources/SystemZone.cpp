@@ -11,7 +11,7 @@ namespace {
 
 std::string zoneFile()
 {
-    const char* zone = std::getenv("TZ"); // NOLINT(concurrency-mt-unsafe)
+    const char* zone = std::getenv("TZ");
     if (zone == nullptr)
         return "/etc/localtime";
     std::filesystem::path name = *zone == ':' ? zone + 1 : zone;
@@ -19,7 +19,7 @@ std::string zoneFile()
         return {};
     if (name.is_absolute())
         return name;
-    const char* folder = std::getenv("TZDIR"); // NOLINT(concurrency-mt-unsafe)
+    const char* folder = std::getenv("TZDIR");
     name = std::filesystem::path(folder != nullptr ? folder : "/usr/share/zoneinfo") / name;
     std::error_code error;
     return std::filesystem::exists(name, error) ? name.string() : std::string();
@@ -41,14 +41,14 @@ std::string stampOf(const std::string& file)
 void readAgain()
 {
     // The process has one thread, so that the environment may be touched.
-    const char* zone = std::getenv("TZ"); // NOLINT(concurrency-mt-unsafe)
+    const char* zone = std::getenv("TZ");
     const std::string kept = zone != nullptr ? zone : "";
-    setenv("TZ", "UTC0", 1); // NOLINT(concurrency-mt-unsafe)
+    setenv("TZ", "UTC0", 1);
     tzset();
     if (zone != nullptr)
-        setenv("TZ", kept.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+        setenv("TZ", kept.c_str(), 1);
     else
-        unsetenv("TZ"); // NOLINT(concurrency-mt-unsafe)
+        unsetenv("TZ");
     tzset();
 }
 

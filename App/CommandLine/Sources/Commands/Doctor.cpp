@@ -126,6 +126,11 @@ void printJson(const Session& session, const Findings& findings)
     session.out << jsonText(document) << '\n';
 }
 
+bool isBroken(const Findings& findings)
+{
+    return std::ranges::any_of(findings, [](const auto& finding) { return finding.level == Level::Failure; });
+}
+
 }
 
 Task<ExitCode> diagnose(SessionPtr session, Format format)
@@ -142,9 +147,7 @@ Task<ExitCode> diagnose(SessionPtr session, Format format)
         printJson(*session, findings);
     else
         printTable(*session, findings);
-    const bool isBroken =
-        std::ranges::any_of(findings, [](const auto& finding) { return finding.level == Level::Failure; });
-    co_return isBroken ? ExitCode::Failure : ExitCode::Success;
+    co_return isBroken(findings) ? ExitCode::Failure : ExitCode::Success;
 }
 
 }

@@ -124,7 +124,7 @@ std::optional<std::string> FakeRaisedVolumeDefaults::data(std::string_view key)
 
 void FakeRaisedVolumeDefaults::setData(std::string_view key, std::string_view bytes)
 {
-    m_log.push_back(bytes.empty() ? "volume forgotten" : "volume remembered");
+    m_log.emplace_back(bytes.empty() ? "volume forgotten" : "volume remembered");
     values[std::string{key}] = bytes;
 }
 

@@ -27,7 +27,7 @@ std::vector<std::string> calendarRoots()
     std::vector<std::string> roots;
     addOnce(roots, xdgDataHome() / "tinkra" / "calendars");
 
-    const char* listed = std::getenv("TINKRA_CALENDARS"); // NOLINT(concurrency-mt-unsafe): nobody sets it
+    const char* listed = std::getenv("TINKRA_CALENDARS");
     std::string_view rest = listed ? listed : "";
     while (!rest.empty()) {
         const auto end = rest.find(':');

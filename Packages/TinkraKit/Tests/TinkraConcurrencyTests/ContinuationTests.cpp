@@ -91,7 +91,7 @@ TEST(Continuation, AnsweredBeforeItsStartReturnsStillResumesLater)
     TestLoop loop;
     bool hasStartReturned = false;
 
-    loop.run(suspend([&hasStartReturned](Continuation<> continuation) {
+    loop.run(suspend([&hasStartReturned](const Continuation<>& continuation) {
         continuation.resume();
         hasStartReturned = true;
     }));

@@ -10,7 +10,6 @@ namespace Tinkra::ICalendar::Test {
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 struct Change {
     std::string_view name;

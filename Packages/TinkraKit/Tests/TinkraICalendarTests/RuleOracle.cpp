@@ -234,7 +234,7 @@ std::vector<RuleInstance> elapsedInstances(
                                              : std::vector<int>{static_cast<int>(time / 60 % 60)}) {
             for (const int second : unit >= 60 ? listOr(rule.bySecond, time % 60)
                                                : std::vector<int>{static_cast<int>(time % 60)}) {
-                const auto within = day + seconds{time / 3600 * 3600 + minute * 60 + second};
+                const auto within = day + hours{time / 3600} + minutes{minute} + seconds{second};
                 set.push_back({moment + (within - local), within});
             }
         }

@@ -31,7 +31,7 @@ std::string describe(int error)
         return "the limit of watching programs is reached (sysctl fs.inotify.max_user_instances)";
     default:
         return std::string{"folders cannot be watched: "}
-        + std::strerror(error); // NOLINT(concurrency-mt-unsafe)
+        + std::strerror(error);
     }
 }
 

@@ -145,7 +145,7 @@ void LinuxFileSystem::forEachEntry(
 
     for (;;) {
         errno = 0;
-        const dirent* entry = readdir(listing.get()); // NOLINT(concurrency-mt-unsafe): one stream per call
+        const dirent* entry = readdir(listing.get());
         if (!entry) {
             if (errno != 0)
                 fail("cannot list a folder to its end");
