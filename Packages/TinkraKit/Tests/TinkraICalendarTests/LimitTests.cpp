@@ -1,6 +1,7 @@
 // What any text may cost.
 
 #include "CalendarTesting.h"
+#include "TinkraICalendar/WorkTimer.h"
 
 #include <gtest/gtest.h>
 
@@ -62,6 +63,37 @@ TEST(Limits, OnTimeLeaveOutTheSeriesThatRemainAndNameThem)
     EXPECT_EQ(noticesOfQuery(calendar),
         (Lines{"The event \"first\" was left out: the calendar takes too long to work out.",
             "The event \"second\" was left out: the calendar takes too long to work out."}));
+}
+
+TEST(Limits, OnProcessorTimeAreAFifthOfASecondForAnEventAndTwoSecondsForATextUnlessOtherwiseSaid)
+{
+    const TimeRange far{instant("9998-01-01T00:00:00Z"), instant("9999-01-01T00:00:00Z")};
+    // COUNT makes each of its steps count, and thousands of millions lie before the range.
+    const auto textOf = [](std::size_t endless) {
+        std::string body = event("calm", "DTSTART:99980601T000000Z\n");
+        for (std::size_t i = 0; i < endless; ++i)
+            body += event(std::to_string(i),
+                "DTSTART:00010101T000000Z\nRRULE:FREQ=MINUTELY;BYSECOND=0,1,2;COUNT=4000000000\n");
+        return calendarWith(body);
+    };
+    const auto secondsFor = [&](std::size_t endless) {
+        const auto calendar = Calendar::read(textOf(endless));
+        Lines found;
+        WorkTimer timer;
+        timer.elapsed();
+        const auto notices = calendar.forEachOccurrence(far, utcZone(),
+            [&](const Occurrence& occurrence) { found.emplace_back(occurrence.title.value_or("")); });
+        EXPECT_EQ(found, Lines{"calm"});
+        EXPECT_EQ(notices.size(), endless);
+        return duration<double>(timer.elapsed()).count();
+    };
+
+    const double forOne = secondsFor(1);
+    EXPECT_GE(forOne, 0.2);
+    EXPECT_LT(forOne, 0.4);
+    const double forMany = secondsFor(15);
+    EXPECT_GE(forMany, 2.0);
+    EXPECT_LT(forMany, 3.0);
 }
 
 TEST(Limits, OnOccurrencesOfAllSeriesLeaveOutTheSeriesThatRemainButNoSingleEvent)
