@@ -1,5 +1,7 @@
 #include "TinkraSystemLinux/CalendarFolders/EventExpansion.h"
 
+#include "TinkraICalendar/WorkTimer.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -20,7 +22,8 @@ constexpr std::size_t kSourcesPerThread = 1000;
 constexpr std::chrono::milliseconds kQuickFile = 50ms;
 constexpr std::chrono::milliseconds kQuickEvent = 10ms;
 
-// How long all files together may take that need more than that.
+// Processor time for all files together that need more than that: a busy machine makes a query late, which is
+// an error, and never incomplete.
 constexpr std::chrono::seconds kPatience = 8s;
 
 // The years 1 to 9999, which is what iCalendar can write. NaN gives the lower end.
@@ -93,10 +96,11 @@ EventExpansion::Result EventExpansion::expand(
 
 void EventExpansion::expandSlow(std::span<const Source> slow, Result& result) const
 {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+    ICalendar::WorkTimer timer;
+    timer.elapsed();
     for (const auto& source : slow) {
         const auto place = std::string{source.place} + "/" + std::string{source.name} + ": ";
-        if (std::chrono::steady_clock::now() >= end) {
+        if (timer.elapsed() >= kPatience) {
             result.notices.push_back(place + "left out: too many files take long to work out.");
             continue;
         }
