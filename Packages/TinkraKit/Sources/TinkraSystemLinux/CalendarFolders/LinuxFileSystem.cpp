@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <ctime>
+#include <filesystem>
 #include <limits>
 #include <memory>
 #include <system_error>
@@ -22,9 +23,20 @@ namespace {
 constexpr std::array<std::uint32_t, 8> kRemoteFileSystems{NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC,
     CIFS_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC, CODA_SUPER_MAGIC, CEPH_SUPER_MAGIC};
 
-[[noreturn]] void fail(const std::string& what)
+/// Where an open folder lies, as far as the kernel tells.
+std::string pathOf(int folder)
 {
-    throw std::system_error(errno, std::generic_category(), what);
+    std::error_code unknown;
+    return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(folder), unknown).string();
+}
+
+/// `doing` something with the folder, or with an entry of it, did not work: see `errno`.
+[[noreturn]] void fail(const std::string& doing, int folder, const std::string& entry = {})
+{
+    const int error = errno;
+    const auto place = folder == AT_FDCWD ? std::filesystem::path() : std::filesystem::path(pathOf(folder));
+    const auto path = entry.empty() ? place : place / entry;
+    throw std::system_error(error, std::generic_category(), doing + " \"" + path.string() + "\"");
 }
 
 FileTime fileTime(const timespec& time)
@@ -113,7 +125,7 @@ Descriptor LinuxFileSystem::openFolder(int parent, const std::string& name, Link
     const int refuse = links == Links::Refused ? O_NOFOLLOW : 0;
     Descriptor folder{openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | refuse)};
     if (!folder && errno != ENOENT && errno != ENOTDIR && errno != ELOOP)
-        fail("cannot open the folder \"" + name + "\"");
+        fail("cannot open the folder", parent, name);
     return folder;
 }
 
@@ -129,7 +141,7 @@ FolderIdentity LinuxFileSystem::identityOf(int folder)
 {
     struct stat status { };
     if (fstat(folder, &status) != 0)
-        fail("cannot look at a folder");
+        fail("cannot look at the folder", folder);
     return identityFrom(status);
 }
 
@@ -140,7 +152,7 @@ void LinuxFileSystem::forEachEntry(
     Descriptor copy{openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
     const std::unique_ptr<DIR, int (*)(DIR*)> listing{copy ? fdopendir(copy.get()) : nullptr, closedir};
     if (!listing)
-        fail("cannot list a folder");
+        fail("cannot list the folder", folder);
     copy.release();
 
     for (;;) {
@@ -148,7 +160,7 @@ void LinuxFileSystem::forEachEntry(
         const dirent* entry = readdir(listing.get());
         if (!entry) {
             if (errno != 0)
-                fail("cannot list a folder to its end");
+                fail("cannot list to its end the folder", folder);
             return;
         }
         if (entry->d_name[0] != '.')
