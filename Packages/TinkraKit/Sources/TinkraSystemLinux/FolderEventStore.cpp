@@ -10,6 +10,7 @@
 #include <asio/executor_work_guard.hpp>
 
 #include <algorithm>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -22,10 +23,14 @@ namespace {
 // How long closing the store waits for a query that hangs.
 constexpr std::chrono::milliseconds kPatienceAtTheEnd{2000};
 
+// How long a question for the access may take.
+constexpr std::chrono::milliseconds kPatienceForStatus{1000};
+
 }
 
-/// Two threads: one waits (for changes, and for queries that take too long), the other one reads files. Jobs
-/// hold the parts that they use and never the whole, which they may outlive.
+/// Three threads: one waits (for changes, and for queries that take too long), one reads files, one looks
+/// whether the roots are there. Jobs hold the parts that they use and never the whole, which they may
+/// outlive.
 class FolderEventStore::State {
 public:
     State(std::shared_ptr<Defaults> defaults, FolderStoreOptions options,
@@ -63,6 +68,24 @@ public:
     }
 
     const std::shared_ptr<FolderAccess>& access() const { return m_access; }
+
+    // Looked at by a thread of its own: the reading one may be long over a query, and the caller's must not
+    // hang with a network file system that is away. Roots that do not answer count as out of reach.
+    CalendarAuthorization accessStatus()
+    {
+        const auto answer = std::make_shared<std::promise<CalendarAuthorization>>();
+        auto status = answer->get_future();
+        m_looking.post([access = m_access, answer] {
+            try {
+                answer->set_value(access->status());
+            } catch (...) {
+                answer->set_exception(std::current_exception());
+            }
+        });
+        if (status.wait_for(std::min(m_queryLimit, kPatienceForStatus)) != std::future_status::ready)
+            return CalendarAuthorization::Denied;
+        return status.get();
+    }
     ChangeObservers& observers() { return m_observers; }
 
     // Sees to it that changes are reported even before the first query. What happened until then went unseen,
@@ -125,6 +148,7 @@ private:
     std::mutex m_mutex;
     std::vector<std::weak_ptr<EndableQuery>> m_pending; ///< queries that have no answer yet
     std::optional<QueryThread> m_reading;
+    QueryThread m_looking{std::chrono::milliseconds{0}};
 };
 
 FolderEventStore::FolderEventStore(std::shared_ptr<Defaults> defaults, FolderStoreOptions options)
@@ -142,7 +166,7 @@ FolderEventStore::~FolderEventStore() = default;
 
 CalendarAuthorization FolderEventStore::authorizationStatus()
 {
-    return m_state->access()->status();
+    return m_state->accessStatus();
 }
 
 Task<bool> FolderEventStore::requestFullAccess()

@@ -46,7 +46,7 @@ public:
     ~FolderEventStore() override;
 
     /// Full access after the grant, denied while it was asked for or granted and no root can be reached, else
-    /// not determined.
+    /// not determined. Answers within a second even when a root hangs, which then counts as out of reach.
     CalendarAuthorization authorizationStatus() override;
     Task<bool> requestFullAccess() override;
     Task<std::vector<StoredCalendar>> calendars() override;

@@ -69,6 +69,23 @@ TEST_F(SlowFoldersTest, LetTheCallersThreadGoOn)
     EXPECT_FALSE(query.isDone());
 }
 
+TEST_F(SlowFoldersTest, CountAsOutOfReachForWhomeverAsksForTheAccess)
+{
+    gate->open();
+    EXPECT_EQ(store->authorizationStatus(), CalendarAuthorization::FullAccess);
+
+    const auto away = std::make_shared<Gate>();
+    files->failsToOpen = [away](const std::string&) {
+        away->pass();
+        return false;
+    };
+    EXPECT_EQ(store->authorizationStatus(), CalendarAuthorization::Denied);
+
+    away->open();
+    while (store->authorizationStatus() == CalendarAuthorization::Denied) { }
+    EXPECT_EQ(store->authorizationStatus(), CalendarAuthorization::FullAccess);
+}
+
 TEST_F(SlowFoldersTest, ResumeTheCallerOnItsOwnThread)
 {
     gate->open();
