@@ -27,6 +27,10 @@ constexpr auto loginEntryName = "co.calendarmurkel.NotificationCenter.desktop";
 // A watch for each calendar folder; this is what distributions give at least.
 constexpr long fewWatches = 8192;
 
+constexpr auto setZone =
+    "Run \"timedatectl set-timezone\" with the name of your zone; the package tzdata holds the zones.";
+constexpr auto correctVariable = "Correct the variable TZ, or install the package tzdata.";
+
 bool isReadable(const path& file)
 {
     return ::access(file.c_str(), R_OK) == 0;
@@ -42,13 +46,13 @@ bool hidesEntry(const path& entry)
     return false;
 }
 
-HealthFinding lookAtZoneFile(const path& file, const std::string& name)
+HealthFinding lookAtZoneFile(const path& file, const std::string& name, const std::string& remedy)
 {
     const std::string subject = "Time zone";
     if (isReadable(file))
         return {subject, Level::Ok, "The time zone is " + name + ".", ""};
     return {subject, Level::Warning, "The time zone " + name + " is not known here; times are taken as UTC.",
-        "Correct the variable TZ, or install the package tzdata."};
+        remedy};
 }
 
 }
@@ -71,8 +75,8 @@ HealthFinding lookAtLoginEntry()
     return {subject, Level::Warning,
         "The notification service is not started at login; after a restart no alarm rings until something "
         "asks for it.",
-        std::string("Install Calendar Murkel, or put ") + loginEntryName + " into "
-            + (xdgConfigHome() / "autostart").string() + "."};
+        std::string("Install Calendar Murkel, or copy ") + loginEntryName
+            + " from where it is installed into " + (xdgConfigHome() / "autostart").string() + "."};
 }
 
 HealthFinding lookAtPreferences()
@@ -84,7 +88,7 @@ HealthFinding lookAtPreferences()
         return {subject, Level::Ok, "Nothing has been saved yet.", ""};
     if (!std::filesystem::is_directory(folder, error) || ::access(folder.c_str(), R_OK | W_OK | X_OK) != 0)
         return {subject, Level::Failure, "Nothing can be saved in " + folder.string() + ".",
-            "Make it a folder of yours."};
+            "Move away what is there, or make it a folder that you own and may write (chown, chmod)."};
     DefaultsLinux preferences(folder);
     for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         const auto name = entry.path().filename().string();
@@ -123,24 +127,25 @@ HealthFinding lookAtTimeZone()
         const auto target = std::filesystem::canonical(local, error).string();
         if (error)
             return {"Time zone", Level::Warning,
-                "The time zone of this machine is not set; times are taken as UTC.",
-                "Run \"timedatectl set-timezone\" with the name of your zone."};
+                "The time zone of this machine is not set; times are taken as UTC.", setZone};
         const std::string_view folder = "/zoneinfo/";
         const auto at = target.find(folder);
-        return lookAtZoneFile(local, at == std::string::npos ? target : target.substr(at + folder.size()));
+        return lookAtZoneFile(
+            local, at == std::string::npos ? target : target.substr(at + folder.size()), setZone);
     }
     const std::string name = *variable == ':' ? variable + 1 : variable;
     if (name.empty())
         return {"Time zone", Level::Ok, "The time zone is UTC.", ""};
     if (path(name).is_absolute())
-        return lookAtZoneFile(name, name);
+        return lookAtZoneFile(name, name, correctVariable);
     // A rule such as CET-1CEST needs no file; it has digits, and only such zones as Etc/GMT+1 have them too.
     const bool isRule =
         name.find('/') == std::string::npos && name.find_first_of("0123456789") != std::string::npos;
     if (isRule)
         return {"Time zone", Level::Ok, "The time zone is the rule " + name + ".", ""};
     const char* database = std::getenv("TZDIR");
-    return lookAtZoneFile(path(database != nullptr ? database : "/usr/share/zoneinfo") / name, name);
+    return lookAtZoneFile(
+        path(database != nullptr ? database : "/usr/share/zoneinfo") / name, name, correctVariable);
 }
 
 HealthFinding lookAtSound()
