@@ -4,6 +4,7 @@
 #include "Commands/Occurrences.h"
 #include "PrintableText.h"
 #include "TimeText.h"
+#include "UsageError.h"
 #include "Version.h"
 
 #include <CLI/CLI.hpp>
@@ -50,7 +51,8 @@ Commands declare(CLI::App& app, Request& request)
 {
     app.set_version_flag("--version", "tinkra " + std::string(version));
     app.require_subcommand(0, 1);
-    app.footer("The manual page tinkra(1) says more.");
+    app.footer("\"tinkra help COMMAND\" explains a command; the manual page tinkra(1) says more.");
+    app.add_flag("--json", request.wantsJson)->group(""); // also before the command
 
     const Commands commands{
         .calendars = app.add_subcommand("calendars", "List accounts, calendars and their identifiers"),
@@ -69,14 +71,19 @@ Commands declare(CLI::App& app, Request& request)
         command->add_option("ID", request.ids, "Identifiers, as \"tinkra calendars\" lists them")->required();
     commands.upcoming->add_option("--days", request.days, "How many days to look ahead")
         ->check(CLI::Range(1, mostDays))
+        ->take_last()
         ->capture_default_str();
     commands.occurrences->add_option("FILE", request.files, "Calendar files; - is standard input")
         ->required();
-    commands.occurrences->add_option("--from", request.from,
+    const auto addTime = [&](const std::string& name, std::string& text, const std::string& explanation) {
+        commands.occurrences->add_option(name, text, explanation)
+            ->check([](const std::string& value) { return std::string(value.empty() ? "is empty" : ""); })
+            ->take_last();
+    };
+    addTime("--from", request.from,
         "First start to show: 2026-11-20, 2026-11-20T09:00, ...T09:00Z, ...T09:00+01:00 or @SECONDS "
         "(default: now)");
-    commands.occurrences->add_option(
-        "--to", request.to, "Show starts before this (default: 30 days after --from)");
+    addTime("--to", request.to, "Show starts before this (default: 30 days after --from)");
     return commands;
 }
 
@@ -160,18 +167,28 @@ ExitCode run(int argumentCount, const char* const* arguments, const Surroundings
         surroundings.error << app.help();
         return ExitCode::Usage;
     }
+    std::vector<const char*> words(arguments, arguments + argumentCount);
+    if (words[1] == std::string_view("help")) {
+        words.erase(words.begin() + 1);
+        words.push_back("--help");
+    }
     try {
-        app.parse(argumentCount, arguments);
+        app.parse(static_cast<int>(words.size()), words.data());
     } catch (const CLI::Success& success) {
         // --help and --version
         app.exit(success, surroundings.out, surroundings.error);
         return surroundings.out.flush() ? ExitCode::Success : ExitCode::Failure;
     } catch (const CLI::ParseError& error) {
-        surroundings.error << "tinkra: " << printable(error.what()) << "; see \"tinkra --help\"\n";
+        surroundings.error << "tinkra: " << printable(describe(error, app)) << '\n';
         return ExitCode::Usage;
     }
     if (app.get_subcommands().empty()) {
         surroundings.error << "tinkra: a command is missing; see \"tinkra --help\"\n";
+        return ExitCode::Usage;
+    }
+    if (request.wantsJson && (commands.select->parsed() || commands.deselect->parsed())) {
+        surroundings.error << "tinkra: a selection prints no JSON; \"tinkra calendars --json\" lists what is "
+                              "monitored\n";
         return ExitCode::Usage;
     }
     try {

@@ -3,8 +3,10 @@
 import os
 import shutil
 import signal
+import threading
 
 import pytest
+from tinkra_world.parallel import in_parallel
 from typist import Typist, one_line
 
 NAME = "co.calendarmurkel.NotificationCenter"
@@ -118,6 +120,65 @@ def test_folders_that_vanish_cancel_nothing(world, tinkra):
 
     (world.root / "elsewhere").rename(tinkra.calendars)
     assert tinkra("sync", "--json").json == {"added": [], "removed": []}
+
+
+def test_folders_that_fail_in_any_way_cancel_nothing(world, tinkra):
+    """Each call that lists, opens or looks at a calendar's folders, with each error that a file system may give."""
+    tinkra.meeting(after=3600)
+    assert tinkra("select", "Work/Team").code == 0
+    root, account, calendar = tinkra.calendars, tinkra.calendars / "Work", tinkra.calendars / "Work/Team"
+    folder_errors = ("EIO", "EACCES", "EMFILE", "ENOMEM", "ESTALE")
+    faults = [("getdents64", place, error) for place in (root, account, calendar) for error in folder_errors]
+    faults += [("openat", place, error) for place in (root, account) for error in folder_errors]
+    # What is wrong with one file alone is told, and the others go on; this is what is wrong with all of them.
+    faults += [("openat", calendar, error) for error in ("EMFILE", "ENFILE", "ENOMEM", "ESTALE", "ETIMEDOUT")]
+    faults += [("newfstatat", root, error) for error in ("EIO", "EACCES", "ENOENT", "ESTALE")]
+
+    def run(fault):
+        call, place, error = fault
+        outcome = tinkra.traced("/dev/null", "sync", inject=("-P", place, "-e", f"inject={call}:error={error}"))
+        assert outcome.code == 1 and one_line(outcome.error) and "Sync failed" in outcome.error, outcome
+
+    in_parallel(run, faults, workers=4)
+    assert len(tinkra("pending", "--json").json) == 1
+    assert tinkra("sync", "--json").json == {"added": [], "removed": []}
+
+
+def test_a_pass_while_a_calendar_is_being_written_cancels_nothing(world, tinkra):
+    tinkra.meeting(after=3600, uid="meeting")
+    assert tinkra("select", "Work/Team").code == 0
+    file = tinkra.calendars / "Work/Team/meeting.ics"
+    whole = file.read_text()
+    ended = threading.Event()
+
+    def write():
+        file.write_text(whole[: len(whole) // 2])
+
+    def go_on_writing():
+        while not ended.wait(0.1):
+            write()
+
+    write()
+    writer = threading.Thread(target=go_on_writing)
+    writer.start()
+    try:
+        outcome = tinkra("sync")
+    finally:
+        ended.set()
+        writer.join()
+    assert outcome.code == 1 and "is being written" in outcome.error and one_line(outcome.error), outcome
+    assert len(tinkra("pending", "--json").json) == 1
+
+
+def test_a_file_of_which_nothing_can_be_used_is_named_by_each_pass(tinkra):
+    tinkra.meeting(after=3600)
+    (tinkra.calendars / "Work/Team/empty.ics").write_text("")
+
+    for outcome in (tinkra("select", "Work/Team"), tinkra("sync")):
+        assert outcome.code == 0, outcome
+        named = [line for line in outcome.error.splitlines() if "Left out: " in line]
+        assert len(named) == 1 and "Work/Team/empty.ics: does not begin" in named[0], outcome
+    assert len(tinkra("pending", "--json").json) == 1
 
 
 def test_an_empty_folder_in_place_of_the_calendars_cancels_nothing(world, tinkra):

@@ -64,6 +64,59 @@ TEST_F(CommandsTest, HelpAndVersionGoToStandardOutAndNeedNoServices)
     EXPECT_FALSE(desk.madeServices);
 }
 
+TEST_F(CommandsTest, HelpIsACommandToo)
+{
+    EXPECT_EQ(desk.run({"--help"}), ExitCode::Success);
+    const auto help = desk.out;
+    EXPECT_EQ(desk.run({"help"}), ExitCode::Success);
+    EXPECT_EQ(desk.out, help);
+    EXPECT_EQ(desk.run({"help", "upcoming"}), ExitCode::Success);
+    EXPECT_THAT(desk.out, HasSubstr("--days"));
+    EXPECT_FALSE(desk.madeServices);
+}
+
+TEST_F(CommandsTest, JsonMayBeAskedForBeforeTheCommandToo)
+{
+    EXPECT_EQ(desk.run({"calendars", "--json"}), ExitCode::Success);
+    const auto behind = desk.json();
+    EXPECT_EQ(desk.run({"--json", "calendars"}), ExitCode::Success);
+    EXPECT_EQ(desk.json(), behind);
+    EXPECT_EQ(desk.run({"--json", "select", "Work/Team"}), ExitCode::Usage);
+    EXPECT_EQ(desk.defaults->data(Session::configurationKey), std::nullopt);
+}
+
+TEST_F(CommandsTest, AMisunderstoodCommandLineSaysWhatIsWrongAndWhatToWrite)
+{
+    const std::vector<std::pair<std::vector<std::string>, std::string>> answers{
+        {{"x"}, "there is no command \"x\"; see \"tinkra --help\""},
+        {{"-x"}, "there is no option \"-x\"; see \"tinkra --help\""},
+        {{"sync", "now"}, "\"tinkra sync\" takes no \"now\"; see \"tinkra sync --help\""},
+        {{"sync", "--hard"}, "\"tinkra sync\" has no option \"--hard\"; see \"tinkra sync --help\""},
+        {{"select"},
+            "which calendars? \"tinkra calendars\" lists their identifiers; see \"tinkra select --help\""},
+        {{"occurrences"},
+            "which calendar files? Name some, or - for standard input; see \"tinkra occurrences --help\""},
+        {{"upcoming", "--days"},
+            "--days takes a number of days, from 1 to 3653; see \"tinkra upcoming --help\""},
+        {{"upcoming", "--days", "x"},
+            "--days takes a number of days, from 1 to 3653; see \"tinkra upcoming --help\""},
+        {{"occurrences", "f", "--from", ""},
+            "--from takes a time, such as 2026-11-20 or 2026-11-20T09:00:00Z; see \"tinkra occurrences "
+            "--help\""},
+        {{"sync", "--json=maybe"}, "--json takes no value; see \"tinkra sync --help\""},
+        {{"--json"}, "a command is missing; see \"tinkra --help\""},
+    };
+    for (const auto& [arguments, answer] : answers) {
+        EXPECT_EQ(desk.run(arguments), ExitCode::Usage);
+        EXPECT_EQ(desk.error, "tinkra: " + answer + "\n");
+    }
+}
+
+TEST_F(CommandsTest, OfAnOptionGivenTwiceTheLastCounts)
+{
+    EXPECT_EQ(desk.run({"upcoming", "--days", "5", "--days", "3"}), ExitCode::Success) << desk.error;
+}
+
 TEST_F(CommandsTest, AMisunderstoodCommandLineIsAnsweredInOneLineAndDoesNothing)
 {
     const std::vector<std::vector<std::string>> misunderstood{{"x"}, {"--json"}, {"sync", "x"}, {"select"},
@@ -304,6 +357,19 @@ TEST_F(CommandsTest, SyncNamesAMonitoredCalendarThatIsGoneAndGoesOnWithTheOthers
 
     EXPECT_EQ(desk.run({"sync"}), ExitCode::Success);
     EXPECT_EQ(desk.error, "tinkra: Monitored, but not found: Gone/Away\n");
+    EXPECT_EQ(desk.center->pending().size(), 1U);
+}
+
+TEST_F(CommandsTest, SyncNamesFilesThatAreLeftOutUpToAHandful)
+{
+    desk.monitor({"Work/Team"});
+    for (int i = 0; i < 7; ++i)
+        desk.health->leftOut.push_back("/c/" + std::to_string(i) + ".ics: may not be read");
+
+    EXPECT_EQ(desk.run({"sync"}), ExitCode::Success);
+    EXPECT_THAT(desk.error, StartsWith("tinkra: Left out: /c/0.ics: may not be read\n"));
+    EXPECT_THAT(desk.error, HasSubstr("Left out are 2 more files"));
+    EXPECT_EQ(lines(desk.error), 6);
     EXPECT_EQ(desk.center->pending().size(), 1U);
 }
 

@@ -18,6 +18,11 @@ Task<System::HealthFinding> FakeHealthChecks::notificationService()
     co_return service;
 }
 
+Task<std::vector<std::string>> FakeHealthChecks::filesLeftOut()
+{
+    co_return leftOut;
+}
+
 Task<> FakeHealthChecks::acknowledgeRearmed()
 {
     ++acknowledgements;

@@ -21,10 +21,12 @@ class FakeHealthChecks final : public System::HealthChecks {
 public:
     Task<std::vector<System::HealthFinding>> run() override;
     Task<System::HealthFinding> notificationService() override;
+    Task<std::vector<std::string>> filesLeftOut() override;
     Task<> acknowledgeRearmed() override;
 
     std::vector<System::HealthFinding> findings;
     System::HealthFinding service{"Notification service", System::HealthFinding::Level::Ok, "It runs.", ""};
+    std::vector<std::string> leftOut;
     int acknowledgements = 0;
 };
 

@@ -121,6 +121,14 @@ TEST_F(OccurrencesTest, AFileThatCannotBeReadFailsAndTheOthersArePrinted)
     EXPECT_THAT(desk.error, HasSubstr(" cannot be read: Is a directory\n"));
 }
 
+TEST_F(OccurrencesTest, SaysNothingOfATimeWhenNoFileCouldBeRead)
+{
+    EXPECT_EQ(desk.run({"occurrences", folder.path() / "missing.ics"}), ExitCode::Failure);
+
+    EXPECT_EQ(desk.out, "");
+    EXPECT_THAT(desk.error, HasSubstr("cannot be read"));
+}
+
 TEST_F(OccurrencesTest, NamesWhatWasNotUnderstoodFileByFileAndGoesOn)
 {
     const auto bad =

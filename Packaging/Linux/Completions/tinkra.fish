@@ -15,6 +15,7 @@ complete -c tinkra -n __fish_use_subcommand -a sync -d 'Arm the alarms of the ne
 complete -c tinkra -n __fish_use_subcommand -a pending -d 'List the alarms that the notification service holds'
 complete -c tinkra -n __fish_use_subcommand -a occurrences -d 'Show what calendar files contain'
 complete -c tinkra -n __fish_use_subcommand -a doctor -d 'Check everything that alarms depend on'
+complete -c tinkra -n __fish_use_subcommand -a help -d 'Explain a command'
 
 complete -c tinkra -n '__fish_seen_subcommand_from calendars upcoming sync pending occurrences doctor' -l json -d 'Print JSON'
 complete -c tinkra -n '__fish_seen_subcommand_from upcoming' -l days -x -d 'Days to look ahead'

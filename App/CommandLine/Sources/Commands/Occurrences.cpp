@@ -129,6 +129,7 @@ ExitCode listOccurrences(
     const OccurrencesQuery& query, std::istream& in, std::ostream& out, std::ostream& error)
 {
     auto exitCode = ExitCode::Success;
+    bool isAnyRead = false;
     std::vector<Row> rows;
     for (const auto& name : query.files) {
         const auto text = readFile(name, in);
@@ -138,6 +139,7 @@ ExitCode listOccurrences(
             exitCode = ExitCode::Failure;
             continue;
         }
+        isAnyRead = true;
         const auto calendar = ICalendar::Calendar::read(*text);
         auto notices = calendar.notices();
         if (!calendar.isWhole())
@@ -149,7 +151,7 @@ ExitCode listOccurrences(
     std::ranges::sort(rows, {}, [](const Row& row) { return std::tie(row.start, row.title, row.id); });
     if (query.format == Format::Json)
         printJson(out, rows);
-    else
+    else if (isAnyRead)
         printTable(out, rows, *query.viewer);
     return exitCode;
 }

@@ -7,6 +7,7 @@
 #include "TinkraCore/MonitoringService.h"
 #include "TinkraCore/UsableSettings.h"
 
+#include <algorithm>
 #include <exception>
 #include <map>
 #include <ostream>
@@ -67,6 +68,18 @@ void printJson(const Session& session, const ReconcileResult& result)
     session.out << jsonText({{"added", std::move(added)}, {"removed", std::move(removed)}}) << '\n';
 }
 
+/// Names the files that no alarm can come from.
+Task<> complainOfFilesLeftOut(SessionPtr session)
+{
+    constexpr std::size_t named = 5;
+    const auto files = co_await session->services.healthChecks->filesLeftOut();
+    for (std::size_t i = 0; i < std::min(files.size(), named); ++i)
+        session->complain("Left out: " + files[i]);
+    if (files.size() > named)
+        session->complain("Left out are " + std::to_string(files.size() - named)
+            + " more files; \"tinkra doctor\" names them.");
+}
+
 /// The monitored calendars that are not there.
 Task<CalendarIDs> missingCalendars(SessionPtr session, CalendarIDs monitored)
 {
@@ -115,6 +128,7 @@ Task<ExitCode> synchronize(SessionPtr session, Format format)
         session->complain(std::string("Sync failed: ") + error.what());
         co_return ExitCode::Failure;
     }
+    co_await complainOfFilesLeftOut(session);
     co_await session->services.healthChecks->acknowledgeRearmed();
     if (format == Format::Json)
         printJson(*session, result);

@@ -35,6 +35,9 @@ public:
     /// Whether the service that keeps alarms can be reached; it is started when need be.
     virtual Task<HealthFinding> notificationService() = 0;
 
+    /// Calendar files of which nothing was used when events were last asked for, one sentence each.
+    virtual Task<std::vector<std::string>> filesLeftOut() = 0;
+
     /// Tells the service that keeps alarms that all of them have been armed again, after it had lost some.
     virtual Task<> acknowledgeRearmed() = 0;
 };

@@ -32,6 +32,7 @@ struct FolderStoreStatus {
     std::vector<Calendar> calendars;
     std::vector<std::string>
         notices; ///< files and events that were not understood; one sentence each, 200 at most
+    std::vector<std::string> leftOut; ///< files among them of which nothing is used
     std::size_t memoryUse = 0; ///< bytes on the heap for what was read
 
     friend bool operator==(const FolderStoreStatus&, const FolderStoreStatus&) = default;

@@ -262,6 +262,17 @@ Task<HealthFinding> HealthChecksLinux::loginManager()
         "Alarms work without it; the machine cannot be kept awake for them."};
 }
 
+Task<std::vector<std::string>> HealthChecksLinux::filesLeftOut()
+{
+    try {
+        auto status = co_await m_calendars->status();
+        co_return std::move(status.leftOut);
+    } catch (const std::exception&) {
+        // Whoever asks for events hears of it.
+        co_return std::vector<std::string>{};
+    }
+}
+
 Task<> HealthChecksLinux::acknowledgeRearmed()
 {
     try {

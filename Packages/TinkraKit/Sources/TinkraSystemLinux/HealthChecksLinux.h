@@ -18,6 +18,7 @@ public:
 
     Task<std::vector<HealthFinding>> run() override;
     Task<HealthFinding> notificationService() override;
+    Task<std::vector<std::string>> filesLeftOut() override;
     Task<> acknowledgeRearmed() override;
 
 private:

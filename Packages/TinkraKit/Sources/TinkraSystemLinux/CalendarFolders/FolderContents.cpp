@@ -121,6 +121,13 @@ FirstReading readEach(FileSystem& fileSystem, int folder, std::span<std::string>
     return result;
 }
 
+constexpr auto kRefused = "is a link or no regular file, and is not read";
+
+std::string sentence(const std::string& place, std::string_view file, std::string_view what)
+{
+    return std::string{place}.append("/").append(file).append(": ").append(what);
+}
+
 const char* describe(FileState state)
 {
     switch (state) {
@@ -194,10 +201,10 @@ void FolderContents::appendNotices(
 {
     const auto add = [&](std::string_view name, std::string_view what) {
         if (notices.size() < limit)
-            notices.push_back(place + "/" + std::string{name} + ": " + std::string{what});
+            notices.push_back(sentence(place, name, what));
     };
     for (const auto& name : m_refused)
-        add(name, "is a link or no regular file, and is not read");
+        add(name, kRefused);
     for (const auto& record : m_files.records()) {
         if (record.state != FileState::Good)
             add(m_files.name(record), describe(record.state));
@@ -207,6 +214,21 @@ void FolderContents::appendNotices(
             add(m_files.name(record), "its last good content is used");
         for (const auto& notice : record.content->notices())
             add(m_files.name(record), notice);
+    }
+}
+
+void FolderContents::appendLeftOut(
+    const std::string& place, std::size_t limit, std::vector<std::string>& files) const
+{
+    const auto add = [&](std::string_view name, std::string_view what) {
+        if (files.size() < limit)
+            files.push_back(sentence(place, name, what));
+    };
+    for (const auto& name : m_refused)
+        add(name, kRefused);
+    for (const auto& record : m_files.records()) {
+        if (!record.content)
+            add(m_files.name(record), describe(record.state));
     }
 }
 

@@ -55,6 +55,9 @@ public:
     /// Files that could not be read or understood, one sentence each, at most `limit`.
     void appendNotices(const std::string& place, std::size_t limit, std::vector<std::string>& notices) const;
 
+    /// Files of which nothing is used, one sentence each, at most `limit`.
+    void appendLeftOut(const std::string& place, std::size_t limit, std::vector<std::string>& files) const;
+
 private:
     enum class Settling { Settled, Unsettled, Away };
 

@@ -118,6 +118,7 @@ FolderStoreStatus FolderIndex::status()
         for (const auto& record : files.records())
             entry.events += record.content ? record.content->eventCount() : 0;
         calendar.contents().appendNotices(folderOf(root, account, calendar), kNoticesKept, status.notices);
+        calendar.contents().appendLeftOut(folderOf(root, account, calendar), kNoticesKept, status.leftOut);
         status.memoryUse += files.memoryUse();
         status.calendars.push_back(std::move(entry));
     });

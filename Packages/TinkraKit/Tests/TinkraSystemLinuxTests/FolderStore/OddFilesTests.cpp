@@ -194,6 +194,21 @@ TEST_F(OddFilesTest, AreNamedWhenTheyAreTooLarge)
     EXPECT_THAT(status().notices, Contains(HasSubstr("large.ics: is larger than 32 MB")));
 }
 
+TEST_F(OddFilesTest, AreToldApartByWhetherAnythingOfThemIsUsed)
+{
+    write("Cloud/Work/empty.ics", "");
+    write(
+        "Cloud/Work/half.ics", vcalendar("BEGIN:VEVENT\r\nUID:x\r\nEND:VEVENT\r\n" + vevent("half", "Half")));
+
+    EXPECT_THAT(titles(), ElementsAre("Good", "Half"));
+    EXPECT_THAT(status().notices, SizeIs(2));
+    EXPECT_THAT(status().leftOut, ElementsAre(HasSubstr("Cloud/Work/empty.ics: does not begin")));
+
+    write("Cloud/Work/good.ics", "broken since");
+    EXPECT_THAT(titles(), ElementsAre("Good", "Half"));
+    EXPECT_THAT(status().leftOut, SizeIs(1)) << "what was good still stands";
+}
+
 TEST_F(OddFilesTest, AreNamedUpToALimit)
 {
     for (int i = 0; i < 1000; ++i)
