@@ -234,7 +234,8 @@ std::vector<RuleInstance> elapsedInstances(
                                              : std::vector<int>{static_cast<int>(time / 60 % 60)}) {
             for (const int second : unit >= 60 ? listOr(rule.bySecond, time % 60)
                                                : std::vector<int>{static_cast<int>(time % 60)}) {
-                const auto within = day + hours{time / 3600} + minutes{minute} + seconds{second};
+                const auto within =
+                    day + std::chrono::hours{time / 3600} + std::chrono::minutes{minute} + seconds{second};
                 set.push_back({moment + (within - local), within});
             }
         }
