@@ -1,7 +1,8 @@
 #include "TimeText.h"
 
+#include "IcuLocale.h"
+
 #include <unicode/dtptngen.h>
-#include <unicode/locid.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
@@ -28,28 +29,10 @@ std::unique_ptr<icu::TimeZone> zoneNamed(const std::string& name)
     return zone;
 }
 
-/// The locale of a name in ICU's or POSIX's form. What POSIX adds without a value ("@euro") says nothing
-/// about times, and ICU takes offence at it; a name that is none at all is the root locale.
-icu::Locale localeNamed(const std::string& name)
+std::string formattedWith(
+    const icu::UnicodeString& pattern, const icu::Locale& locale, Instant instant, const TimeStyle& style)
 {
-    const auto at = name.find('@');
-    const bool hasKeywords = at != std::string::npos && name.find('=', at) != std::string::npos;
-    const auto locale = icu::Locale::createCanonical((hasKeywords ? name : name.substr(0, at)).c_str());
-    return locale.isBogus() ? icu::Locale::getRoot() : locale;
-}
-
-/// The instant in the locale's own order and punctuation of the skeleton's fields (UTS #35, part 4, "Matching
-/// Skeletons").
-std::string formatted(Instant instant, const TimeStyle& style, const char* skeleton)
-{
-    const auto locale = localeNamed(style.locale);
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::DateTimePatternGenerator> patterns(
-        icu::DateTimePatternGenerator::createInstance(locale, status));
-    throwIfFailed(status);
-    const auto pattern = patterns->getBestPattern(icu::UnicodeString(skeleton, -1, US_INV), status);
-    throwIfFailed(status);
-
     icu::SimpleDateFormat format(pattern, locale, status);
     throwIfFailed(status);
     format.adoptTimeZone(zoneNamed(style.timeZone).release());
@@ -58,6 +41,20 @@ std::string formatted(Instant instant, const TimeStyle& style, const char* skele
     format.format(secondsSince1970(instant) * 1000, text);
     std::string utf8;
     return text.toUTF8String(utf8);
+}
+
+/// The instant in the locale's own order and punctuation of the skeleton's fields (UTS #35, part 4, "Matching
+/// Skeletons").
+std::string formatted(Instant instant, const TimeStyle& style, const char* skeleton)
+{
+    const auto locale = icuLocale(style.locale);
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::DateTimePatternGenerator> patterns(
+        icu::DateTimePatternGenerator::createInstance(locale, status));
+    throwIfFailed(status);
+    const auto pattern = patterns->getBestPattern(icu::UnicodeString(skeleton, -1, US_INV), status);
+    throwIfFailed(status);
+    return formattedWith(pattern, locale, instant, style);
 }
 
 }
@@ -77,6 +74,11 @@ std::string hourAndMinuteText(Instant instant, const TimeStyle& style)
 std::string weekdayHourAndMinuteText(Instant instant, const TimeStyle& style)
 {
     return formatted(instant, style, "EEEjmm");
+}
+
+std::string nextAlarmText(std::optional<Instant> meetingStart, const TimeStyle& style)
+{
+    return meetingStart ? formattedWith(u"HH:mm", icuLocale(style.locale), *meetingStart, style) : "—";
 }
 
 }

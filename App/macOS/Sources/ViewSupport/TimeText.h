@@ -2,6 +2,7 @@
 
 #include "TinkraConcurrency/Instant.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,5 +25,9 @@ std::string hourAndMinuteText(Instant instant, const TimeStyle& style);
 
 /// The same after the abbreviated weekday: "Fri 9:30 AM", "Fr., 09:30".
 std::string weekdayHourAndMinuteText(Instant instant, const TimeStyle& style);
+
+/// The figure of the next alarm: hour and minute in two digits each, by a clock of 24 hours whatever the
+/// locale prefers; an em dash when nothing is upcoming.
+std::string nextAlarmText(std::optional<Instant> meetingStart, const TimeStyle& style);
 
 }
