@@ -2,9 +2,9 @@
 
 #include "TinkraConcurrency/Instant.h"
 #include "TinkraConcurrency/Task.h"
+#include "TinkraSystem/Observation.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -42,9 +42,6 @@ struct StoredEvent {
 
     friend bool operator==(const StoredEvent&, const StoredEvent&) = default;
 };
-
-/// Ends an observation when it is dropped.
-using Observation = std::shared_ptr<void>;
 
 /// The calendar store of the desktop.
 ///

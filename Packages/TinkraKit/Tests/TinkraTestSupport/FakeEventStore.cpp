@@ -1,16 +1,9 @@
 #include "TinkraTestSupport/FakeEventStore.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 namespace Tinkra::System {
-
-struct FakeEventStore::Observers {
-    std::mutex mutex;
-    std::map<int, std::function<void()>> byNumber;
-    int next = 0;
-};
 
 namespace {
 
@@ -25,7 +18,6 @@ bool overlaps(const StoredEvent& event, Instant from, Instant to)
 
 FakeEventStore::FakeEventStore(std::shared_ptr<CallLog> log)
     : m_log(std::move(log))
-    , m_observers(std::make_shared<Observers>())
 {
 }
 
@@ -76,13 +68,7 @@ Task<std::vector<StoredEvent>> FakeEventStore::events(
 
 Observation FakeEventStore::observeChanges(std::function<void()> changed)
 {
-    const std::lock_guard lock(m_observers->mutex);
-    const auto number = m_observers->next++;
-    m_observers->byNumber.emplace(number, std::move(changed));
-    return {nullptr, [observers = m_observers, number](void*) {
-                const std::lock_guard guard(observers->mutex);
-                observers->byNumber.erase(number);
-            }};
+    return m_observers.add(std::move(changed));
 }
 
 void FakeEventStore::setAuthorization(CalendarAuthorization authorization)
@@ -119,21 +105,6 @@ void FakeEventStore::failWith(std::exception_ptr error)
 {
     const std::lock_guard lock(m_mutex);
     m_error = std::move(error);
-}
-
-void FakeEventStore::notifyChanged()
-{
-    std::unique_lock lock(m_observers->mutex);
-    const auto observers = m_observers->byNumber;
-    lock.unlock();
-    for (const auto& [number, changed] : observers)
-        changed();
-}
-
-std::size_t FakeEventStore::observerCount() const
-{
-    const std::lock_guard lock(m_observers->mutex);
-    return m_observers->byNumber.size();
 }
 
 }

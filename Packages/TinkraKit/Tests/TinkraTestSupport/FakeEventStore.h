@@ -2,6 +2,7 @@
 
 #include "TinkraSystem/EventStore.h"
 #include "TinkraTestSupport/CallLog.h"
+#include "TinkraTestSupport/FakeObservers.h"
 
 #include <exception>
 #include <memory>
@@ -36,16 +37,14 @@ public:
     void failWith(std::exception_ptr error);
 
     /// Tells the observers, on this thread, that something changed.
-    void notifyChanged();
-    std::size_t observerCount() const;
+    void notifyChanged() const { m_observers.notify(); }
+    std::size_t observerCount() const { return m_observers.count(); }
 
     CallLog& log() { return *m_log; }
 
 private:
-    struct Observers;
-
     std::shared_ptr<CallLog> m_log;
-    std::shared_ptr<Observers> m_observers;
+    FakeObservers m_observers;
     mutable std::mutex m_mutex; // guards what follows
     CalendarAuthorization m_authorization = CalendarAuthorization::FullAccess;
     bool m_answer = true;
