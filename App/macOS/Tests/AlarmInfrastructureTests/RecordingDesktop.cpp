@@ -24,7 +24,7 @@ std::string describe(Rect rect)
 
 class FakeSound final : public Sound {
 public:
-    FakeSound(CallLog& log, int& playing, std::string name)
+    FakeSound(DesktopLog& log, int& playing, std::string name)
         : m_log(log)
         , m_playing(playing)
         , m_name(std::move(name))
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    CallLog& m_log;
+    DesktopLog& m_log;
     int& m_playing;
     std::string m_name;
 };

@@ -15,12 +15,12 @@
 namespace Tinkra {
 
 /// What was asked of the system, in order, one line a call.
-using CallLog = std::vector<std::string>;
+using DesktopLog = std::vector<std::string>;
 
 /// Sounds that are known by name and say what is done to them.
 class FakeSoundLibrary final : public System::SoundLibrary {
 public:
-    explicit FakeSoundLibrary(CallLog& log)
+    explicit FakeSoundLibrary(DesktopLog& log)
         : m_log(log)
     {
     }
@@ -31,7 +31,7 @@ public:
     std::unique_ptr<System::Sound> sound(std::string_view name) override;
 
 private:
-    CallLog& m_log;
+    DesktopLog& m_log;
 };
 
 class FakeScreens final : public System::Screens {
@@ -50,7 +50,7 @@ class FakePanels final : public System::OverlayPanels {
 public:
     class Panel;
 
-    explicit FakePanels(CallLog& log)
+    explicit FakePanels(DesktopLog& log)
         : m_log(log)
     {
     }
@@ -65,7 +65,7 @@ public:
     void finishAnimations();
 
 private:
-    CallLog& m_log;
+    DesktopLog& m_log;
     std::deque<std::function<void()>> m_completions;
 };
 
@@ -95,7 +95,7 @@ private:
 /// One value per key, in memory.
 class FakeRaisedVolumeDefaults final : public System::Defaults {
 public:
-    explicit FakeRaisedVolumeDefaults(CallLog& log)
+    explicit FakeRaisedVolumeDefaults(DesktopLog& log)
         : m_log(log)
     {
     }
@@ -106,12 +106,12 @@ public:
     void setData(std::string_view key, std::string_view bytes) override;
 
 private:
-    CallLog& m_log;
+    DesktopLog& m_log;
 };
 
 /// A presenter among fakes that share one log.
 struct RecordingDesktop {
-    CallLog log;
+    DesktopLog log;
     std::shared_ptr<System::FakeAudioDevice> audio = std::make_shared<System::FakeAudioDevice>(
         [this](std::string call) { log.push_back(std::move(call)); });
     std::shared_ptr<FakeSoundLibrary> sounds = std::make_shared<FakeSoundLibrary>(log);
@@ -124,7 +124,7 @@ struct RecordingDesktop {
     AlarmPresenter::Means means();
 
     /// What was logged since the last time this was asked.
-    CallLog takeLog() { return std::exchange(log, {}); }
+    DesktopLog takeLog() { return std::exchange(log, {}); }
 };
 
 }

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 class SystemVolumeTest : public testing::Test {
 protected:
-    CallLog log;
+    DesktopLog log;
     std::shared_ptr<System::FakeAudioDevice> audio = std::make_shared<System::FakeAudioDevice>(
         [this](std::string call) { log.push_back(std::move(call)); });
     SystemVolume volume{audio};
@@ -102,7 +102,7 @@ TEST_F(SystemVolumeTest, AFailedReadGivesNothing)
 
 class AlarmSoundPlayerTest : public testing::Test {
 protected:
-    CallLog log;
+    DesktopLog log;
     std::shared_ptr<FakeSoundLibrary> library = std::make_shared<FakeSoundLibrary>(log);
     AlarmSoundPlayer player{library};
 };
