@@ -16,7 +16,7 @@ icu::UnicodeString trimmed(const icu::UnicodeString& text)
         ++begin;
     while (begin < end && u_isUWhiteSpace(text[end - 1]))
         --end;
-    return text.tempSubStringBetween(begin, end);
+    return {text, begin, end - begin};
 }
 
 std::optional<std::uint32_t> hexDigit(char16_t character)

@@ -11,8 +11,21 @@ MurkelPainting::MurkelPainting(QQuickItem* parent)
 
 void MurkelPainting::setMoving(bool on)
 {
-    setContentsScale(on ? 2 : 1);
     change(m_isMoving, on);
+    updateResolution();
+}
+
+void MurkelPainting::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
+    updateResolution();
+}
+
+void MurkelPainting::updateResolution()
+{
+    const int pixelsPerPoint = m_isMoving ? 2 : 1;
+    setContentsScale(pixelsPerPoint);
+    setTextureSize(pixelsPerPoint * QSizeF(width(), height()).toSize());
 }
 
 void MurkelPainting::paint(QPainter* painter)

@@ -38,7 +38,12 @@ public:
 Q_SIGNALS:
     void changed();
 
+protected:
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+
 private:
+    void updateResolution();
+
     template <typename T> void change(T& field, const T& value)
     {
         if (field == value)
