@@ -10,6 +10,7 @@ Item {
     property bool popped: false
     property bool bob: false
     property bool castsShadow: true // a screen without a compositor cannot show one
+    property bool reducedMotion: false // the mascot stands still, for those whom motion disturbs
 
     signal snooze()
     signal dismiss()
@@ -74,8 +75,9 @@ Item {
             height: 56
 
             BobbingMurkel {
-                popped: root.popped
-                bob: root.bob
+                popped: root.popped || root.reducedMotion
+                bob: root.bob && !root.reducedMotion
+                sway: root.reducedMotion ? 0.5 : 0 // upright
             }
         }
         Column {

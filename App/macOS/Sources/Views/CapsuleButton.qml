@@ -17,7 +17,7 @@ T.Control {
 
     signal action()
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding) // whole points: a painted item is cut there
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     opacity: enabled ? 1 : 0.45
     hoverEnabled: true

@@ -54,7 +54,7 @@ TestCase {
         const button = make(row);
         const title = titleOf(button);
         compare(title.mapToItem(button, 0, 0).x, row.sides);
-        compare(button.width, title.width + 2 * row.sides);
+        compare(button.width, Math.ceil(title.width + 2 * row.sides));
         compare(button.height, row.height);
     }
 
@@ -63,7 +63,7 @@ TestCase {
         const button = make(row, { systemImage: "checkmark" });
         const title = titleOf(button);
         compare(title.mapToItem(button, 0, 0).x, row.sides + 16 + 6);
-        compare(button.width, title.width + 16 + 6 + 2 * row.sides);
+        compare(button.width, Math.ceil(title.width + 16 + 6 + 2 * row.sides));
         compare(button.height, row.height);
     }
 

@@ -1,36 +1,71 @@
 #include "MurkelPainting.h"
 
+#include <QImage>
 #include <QPainter>
+#include <QQuickWindow>
+#include <QSGImageNode>
+
+#include <cmath>
+#include <utility>
 
 namespace Tinkra {
 
 MurkelPainting::MurkelPainting(QQuickItem* parent)
-    : QQuickPaintedItem(parent)
+    : QQuickItem(parent)
 {
+    setFlag(ItemHasContents);
 }
 
 void MurkelPainting::setMoving(bool on)
 {
     change(m_isMoving, on);
-    updateResolution();
+}
+
+void MurkelPainting::redraw()
+{
+    m_isOutdated = true;
+    update();
 }
 
 void MurkelPainting::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
-    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
-    updateResolution();
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() != oldGeometry.size())
+        redraw();
 }
 
-void MurkelPainting::updateResolution()
+void MurkelPainting::itemChange(ItemChange change, const ItemChangeData& data)
 {
-    const int pixelsPerPoint = m_isMoving ? 2 : 1;
-    setContentsScale(pixelsPerPoint);
-    setTextureSize(pixelsPerPoint * QSizeF(width(), height()).toSize());
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange)
+        redraw();
 }
 
-void MurkelPainting::paint(QPainter* painter)
+QSGNode* MurkelPainting::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data*/)
 {
-    paintMurkel(*painter, width(), m_colors);
+    auto* imageNode = static_cast<QSGImageNode*>(node);
+    if (width() <= 0) {
+        delete imageNode;
+        return nullptr;
+    }
+    if (!imageNode) {
+        imageNode = window()->createImageNode();
+        imageNode->setOwnsTexture(true);
+        m_isOutdated = true;
+    }
+    if (std::exchange(m_isOutdated, false)) {
+        const qreal pixelsPerPoint = window()->effectiveDevicePixelRatio() * (m_isMoving ? 2 : 1);
+        const int pixels = static_cast<int>(std::ceil(width() * pixelsPerPoint));
+        QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        paintMurkel(painter, width() * pixelsPerPoint, m_colors);
+        painter.end();
+        imageNode->setTexture(window()->createTextureFromImage(image, QQuickWindow::TextureHasAlphaChannel));
+        imageNode->setRect(0, 0, pixels / pixelsPerPoint, pixels / pixelsPerPoint);
+        imageNode->setFiltering(m_isMoving ? QSGTexture::Linear : QSGTexture::Nearest);
+    }
+    return imageNode;
 }
 
 MurkelGlyphPainting::MurkelGlyphPainting(QQuickItem* parent)

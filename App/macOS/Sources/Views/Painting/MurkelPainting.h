@@ -6,8 +6,9 @@
 
 namespace Tinkra {
 
-/// The mascot in a view.
-class MurkelPainting : public QQuickPaintedItem {
+/// The mascot in a view. He is a picture that the scene turns and scales with filtering: the software
+/// renderer draws painted items without it, which would fray his outline.
+class MurkelPainting : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor hat READ hat WRITE setHat NOTIFY changed FINAL)
@@ -33,28 +34,29 @@ public:
     bool isMoving() const { return m_isMoving; }
     void setMoving(bool on);
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void changed();
 
 protected:
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
 
 private:
-    void updateResolution();
-
     template <typename T> void change(T& field, const T& value)
     {
         if (field == value)
             return;
         field = value;
-        update();
+        redraw();
         Q_EMIT changed();
     }
 
+    void redraw();
+
     MurkelColors m_colors;
     bool m_isMoving = false;
+    bool m_isOutdated = true;
 };
 
 /// The one-colour mascot in a view.

@@ -1,0 +1,4 @@
+Banner {
+    title: "Wochenplanung Vertrieb"
+    meetingStart: "14:05"
+}

@@ -1,0 +1,4 @@
+Banner {
+    title: ""
+    meetingStart: "9:30 AM"
+}

@@ -1,0 +1,4 @@
+Banner {
+    title: "Design review with Ida"
+    meetingStart: "9:30 AM"
+}

@@ -1,0 +1,4 @@
+Banner {
+    title: "סקירת עיצוב עם אידה"
+    meetingStart: "9:30 AM"
+}
