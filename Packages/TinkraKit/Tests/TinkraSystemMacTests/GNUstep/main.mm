@@ -1,0 +1,11 @@
+#include <gtest/gtest.h>
+
+#import <Foundation/Foundation.h>
+
+int main(int argc, char** argv)
+{
+    @autoreleasepool {
+        testing::InitGoogleTest(&argc, argv);
+        return RUN_ALL_TESTS();
+    }
+}
