@@ -12,12 +12,13 @@ pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 pkg_check_modules(LIBICAL REQUIRED IMPORTED_TARGET libical) # tests and benchmarks compare with it; nothing ships it
 
 # Standalone asio; its one source file is TinkraConcurrency/Asio.cpp. Clang is not among the
-# compilers for which asio 1.22 switches coroutines on by itself.
+# compilers for which asio 1.22 switches coroutines on by itself. Whether it takes memory by std::aligned_alloc depends on
+# which headers stand before it, and would differ from file to file.
 add_library(tinkra_asio INTERFACE)
 find_path(ASIO_INCLUDE_DIR asio/awaitable.hpp REQUIRED)
 target_include_directories(tinkra_asio SYSTEM INTERFACE ${ASIO_INCLUDE_DIR})
 target_compile_definitions(tinkra_asio INTERFACE
-  ASIO_STANDALONE ASIO_SEPARATE_COMPILATION ASIO_NO_DEPRECATED
+  ASIO_STANDALONE ASIO_SEPARATE_COMPILATION ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC
   $<$<CXX_COMPILER_ID:Clang>:ASIO_HAS_CO_AWAIT ASIO_HAS_STD_COROUTINE>)
 target_link_libraries(tinkra_asio INTERFACE Threads::Threads)
 
