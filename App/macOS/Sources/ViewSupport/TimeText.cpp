@@ -2,12 +2,15 @@
 
 #include "IcuLocale.h"
 
+#include "TinkraICalendar/Zone.h"
+
 #include <unicode/dtptngen.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
+#include <algorithm>
+#include <chrono>
 #include <memory>
-#include <new>
 #include <stdexcept>
 
 namespace Tinkra {
@@ -20,13 +23,17 @@ void throwIfFailed(UErrorCode status)
         throw std::runtime_error(std::string("cannot format a time: ") + u_errorName(status));
 }
 
-std::unique_ptr<icu::TimeZone> zoneNamed(const std::string& name)
+/// What a clock on the wall shows, in seconds since 1970 began there. The machine's own zone data counts, not
+/// ICU's, which is years older on some systems and then an hour off.
+double wallClockSeconds(Instant instant, const std::string& zoneName)
 {
-    std::unique_ptr<icu::TimeZone> zone(
-        name.empty() ? icu::TimeZone::detectHostTimeZone() : icu::TimeZone::createTimeZone(name.c_str()));
-    if (!zone)
-        throw std::bad_alloc();
-    return zone;
+    using namespace std::chrono;
+    constexpr Instant first = sys_days(year(0) / January / 1);
+    constexpr Instant last = sys_days(year(9999) / December / 31) + seconds(86399);
+    const auto named = zoneName.empty() ? ICalendar::viewerZone() : ICalendar::findZone(zoneName);
+    const auto zone = named ? named : ICalendar::utcZone();
+    const auto local = zone->toLocal(floor<seconds>(std::clamp(instant, first, last)));
+    return static_cast<double>(local.time_since_epoch().count());
 }
 
 std::string formattedWith(
@@ -35,10 +42,10 @@ std::string formattedWith(
     UErrorCode status = U_ZERO_ERROR;
     icu::SimpleDateFormat format(pattern, locale, status);
     throwIfFailed(status);
-    format.adoptTimeZone(zoneNamed(style.timeZone).release());
+    format.setTimeZone(*icu::TimeZone::getGMT());
 
     icu::UnicodeString text;
-    format.format(secondsSince1970(instant) * 1000, text);
+    format.format(wallClockSeconds(instant, style.timeZone) * 1000, text);
     std::string utf8;
     return text.toUTF8String(utf8);
 }

@@ -11,8 +11,8 @@ namespace Tinkra {
 /// How a user writes times, and where.
 struct TimeStyle {
     std::string locale; ///< as ICU and POSIX name it: "de_DE", "en_US@hours=h23", "ar_EG.UTF-8"
-    std::string
-        timeZone; ///< an IANA name such as "Europe/Berlin"; empty: the zone of the machine at the call
+    std::string timeZone; ///< an IANA name such as "Europe/Berlin"; empty: the zone of the machine at the
+                          ///< call; unknown: UTC
 };
 
 /// The user's locale for times, from the environment variables that name it, the strongest first (POSIX,

@@ -86,6 +86,24 @@ TEST(TimeText, ShowsTheTimeOfTheZone)
     EXPECT_EQ(in("Europe/Berlin", julyMorning), "Fri 11:00");
 }
 
+TEST(TimeText, AgreesWithTheClockOnTheDesktop)
+{
+    // Egypt has summer time again since 2023: the machine's zone data knows, ICU's in Debian 12 does not.
+    const Instant julyMorning = sys_days(2026y / July / 17) + 9h;
+    EXPECT_EQ(hourAndMinuteText(julyMorning, {.locale = "en_GB", .timeZone = "Africa/Cairo"}), "12:00");
+}
+
+TEST(TimeText, ReadsAnUnknownZoneAsUtc)
+{
+    EXPECT_EQ(hourAndMinuteText(fridayMorning, {.locale = "en_GB", .timeZone = "Nowhere/Else"}), "09:30");
+}
+
+TEST(TimeText, StaysWithinTheYearsThatACalendarHas)
+{
+    EXPECT_EQ(hourAndMinuteText(instantAt(1e300), {.locale = "en_GB", .timeZone = "UTC"}), "23:59");
+    EXPECT_EQ(hourAndMinuteText(instantAt(-1e300), {.locale = "en_GB", .timeZone = "UTC"}), "00:00");
+}
+
 TEST(TimeText, UnderstandsTheNamesOfPosixLocales)
 {
     EXPECT_EQ(time("de_DE.UTF-8"), "09:30");
