@@ -61,6 +61,7 @@ T.Control {
         onClicked: root.action()
     }
     Capsule {
+        objectName: "ring"
         visible: root.visualFocus
         anchors { fill: parent; margins: -margin }
         margin: 4 // 2 between the button and its ring, 2 for the ring

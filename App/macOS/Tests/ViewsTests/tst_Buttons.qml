@@ -139,4 +139,36 @@ TestCase {
         compare(button.background.fill, Qt.rgba(1, 1, 1, 0.14));
         compare(button.background.stroke, Qt.rgba(1, 1, 1, 0.22));
     }
+
+    function test_says_where_the_pointer_is_and_that_it_presses() {
+        const button = make(kinds()[1], { x: 100, y: 30 });
+        mouseMove(test, 5, 5);
+        compare(button.background.fill, Theme.surface);
+        mouseMove(button);
+        verify(button.hovered);
+        compare(button.background.fill, Qt.rgba(0.965, 0.957, 0.949, 1));
+        mousePress(button);
+        compare(button.background.fill, Theme.surfaceStrong);
+        mouseRelease(button);
+        mouseMove(test, 5, 5);
+        compare(button.background.fill, Theme.surface);
+    }
+
+    function test_focus_shows_only_when_the_keyboard_brought_it_data() { return kinds(); }
+    function test_focus_shows_only_when_the_keyboard_brought_it(row) {
+        const button = make(row);
+        const ring = findChild(button, "ring");
+        verify(!ring.visible);
+        mouseClick(button);
+        verify(!ring.visible);
+        button.forceActiveFocus(Qt.TabFocusReason);
+        verify(ring.visible);
+    }
+
+    function test_is_a_button_to_a_screen_reader_data() { return kinds(); }
+    function test_is_a_button_to_a_screen_reader(row) {
+        const button = make(row, { title: "Anything" });
+        compare(button.Accessible.role, Accessible.Button);
+        compare(button.Accessible.name, "Anything");
+    }
 }

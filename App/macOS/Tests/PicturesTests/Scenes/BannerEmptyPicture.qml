@@ -1,4 +1,4 @@
 Banner {
     title: ""
-    meetingStart: "9:30 AM"
+    meetingStart: "9:30\u202fAM"
 }

@@ -1,4 +1,4 @@
 Banner {
     title: "Design review with Ida"
-    meetingStart: "9:30 AM"
+    meetingStart: "9:30\u202fAM"
 }

@@ -74,7 +74,7 @@ Rectangle {
                         spacing: 6
 
                         SymbolImage { width: 16; height: 16; name: "calendar"; color: Theme.textSecondary }
-                        Text { text: "Fri 9:30 AM"; color: Theme.textSecondary; font.pixelSize: 12 }
+                        Text { text: "Fri 9:30\u202fAM"; color: Theme.textSecondary; font.pixelSize: 12 }
                     }
                 }
             }

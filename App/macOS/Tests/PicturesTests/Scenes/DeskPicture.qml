@@ -14,7 +14,7 @@ Rectangle {
     AlarmBannerView {
         anchors.centerIn: parent
         title: "Design review with Ida"
-        meetingStart: "9:30 AM"
+        meetingStart: "9:30\u202fAM"
         reducedMotion: true
     }
 }

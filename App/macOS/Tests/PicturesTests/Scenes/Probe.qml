@@ -9,7 +9,7 @@ Rectangle {
     property color ink: Theme.textPrimary
     property real radius_: 16
     property real padding: 16
-    property string text: "9:30 AM"
+    property string text: "9:30\u202fAM"
     property real shadowOpacity: 0.04
 
     width: 160
