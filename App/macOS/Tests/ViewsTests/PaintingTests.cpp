@@ -76,29 +76,25 @@ TEST(ContinuousRoundedRect, StaysWholeWhenItIsTooLowForItsRadius)
     EXPECT_FALSE(path.contains(QPointF(0.5, 0.5)));
 }
 
-TEST(Blur, SpreadsAPointWithTheStandardDeviationAskedFor)
+TEST(Blur, SpreadsAnEdgeWithTheStandardDeviationAskedFor)
 {
     // A tall column, so that eight bits suffice to see the profile across its middle.
     for (const double deviation : {4.0, 10.0, 28.0}) {
         const int middle = static_cast<int>(4 * deviation);
-        QImage image(2 * middle + 1, 2 * middle + 1, QImage::Format_Alpha8);
-        image.fill(0);
-        QPainter painter(&image);
-        const int half = static_cast<int>(deviation);
-        painter.fillRect(middle - half, 0, 2 * half + 1, image.height(), Qt::black);
-        painter.end();
-        const double widthOfColumn = 2 * half + 1;
-        blur(image, deviation);
+        const double width = 2 * deviation;
+        QPainterPath column;
+        column.addRect(middle + 0.5 - width / 2, -8 * middle, width, 16 * middle);
+        const auto coverage = blurredCoverage(column, QRect(0, 0, 2 * middle + 1, 1), deviation);
 
         double mass = 0;
         double variance = 0;
-        for (int x = 0; x < image.width(); ++x) {
-            const double value = image.constScanLine(middle)[x];
+        for (int x = 0; x < coverage.width(); ++x) {
+            const double value = coverage.constScanLine(0)[x];
             mass += value;
             variance += value * (x - middle) * (x - middle);
         }
         variance /= mass;
-        EXPECT_NEAR(std::sqrt(variance - widthOfColumn * widthOfColumn / 12), deviation,
+        EXPECT_NEAR(std::sqrt(variance - width * width / 12), deviation,
             0.05 * deviation); // boxes are an odd number of pixels wide
     }
 }

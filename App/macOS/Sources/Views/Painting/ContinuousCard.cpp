@@ -46,17 +46,15 @@ void ContinuousCard::paintShadow(QPainter& painter, const QRectF& card) const
     if (m_shadowOpacity <= 0)
         return;
     const auto shape = continuousRoundedRect(card.translated(0, m_shadowOffset), m_radius);
-    // A blur looks beyond the item's edge, so the area that is blurred does too.
-    const int reach = static_cast<int>(std::ceil(3 * m_shadowRadius));
-    const auto wide = boundingRect().toAlignedRect().adjusted(-reach, -reach, reach, reach);
-    auto coverage = blurredCoverage(shape, wide, m_shadowRadius);
+    const auto area = boundingRect().toAlignedRect();
+    auto coverage = blurredCoverage(shape, area, m_shadowRadius);
     if (m_shadowFades)
-        fade(coverage, wide, card, m_radius, m_margin);
+        fade(coverage, area, card, m_radius, m_margin);
 
     painter.save();
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.setOpacity(m_shadowOpacity);
-    painter.drawImage(wide.topLeft(), coverage); // black, with the coverage as its alpha
+    painter.drawImage(area.topLeft(), coverage); // black, with the coverage as its alpha
     painter.restore();
 }
 
