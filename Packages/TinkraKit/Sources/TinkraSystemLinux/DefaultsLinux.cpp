@@ -1,15 +1,13 @@
 #include "TinkraSystemLinux/DefaultsLinux.h"
 
 #include "TinkraSystemLinux/FileDescriptor.h"
+#include "TinkraSystemLinux/ReplaceFile.h"
 #include "TinkraSystemLinux/XdgDirectories.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <system_error>
 
@@ -59,47 +57,12 @@ void makeDirectories(const path& directory)
     synchronizeDirectory(directory.parent_path());
 }
 
-std::string unpredictableName(std::string_view key)
-{
-    std::uint64_t number = 0;
-    require(
-        ::getrandom(&number, sizeof number, 0) == static_cast<ssize_t>(sizeof number), "get a random number");
-    return "." + std::string(key) + "." + std::to_string(number);
-}
-
-void writeAll(int file, std::string_view bytes, const std::string& name)
-{
-    while (!bytes.empty()) {
-        const auto written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        require(written > 0, "write " + name);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
-// The content must be on the disk before the name leads to it, and the name before we say that it is kept.
-void replaceFile(const path& directory, std::string_view key, std::string_view bytes)
+void replaceValue(const path& directory, std::string_view key, std::string_view bytes)
 {
     makeDirectories(directory);
     const FileDescriptor folder(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     require(static_cast<bool>(folder), "open " + directory.string());
-
-    const auto temporary = unpredictableName(key);
-    FileDescriptor file(::openat(folder.get(), temporary.c_str(),
-        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    require(static_cast<bool>(file), "create " + (directory / temporary).string());
-    try {
-        require(::fchmod(file.get(), S_IRUSR | S_IWUSR) == 0, "protect " + (directory / temporary).string());
-        writeAll(file.get(), bytes, (directory / temporary).string());
-        require(::fsync(file.get()) == 0, "write " + (directory / temporary).string());
-        require(::renameat(folder.get(), temporary.c_str(), folder.get(), std::string(key).c_str()) == 0,
-            "replace " + (directory / key).string());
-    } catch (...) {
-        ::unlinkat(folder.get(), temporary.c_str(), 0);
-        throw;
-    }
-    require(::fsync(folder.get()) == 0, "write " + directory.string());
+    replaceFile(folder.get(), directory, std::string(key), bytes, S_IRUSR | S_IWUSR);
 }
 
 void writeToStandardError(const std::string& line)
@@ -124,26 +87,7 @@ std::optional<std::string> DefaultsLinux::data(std::string_view key)
 {
     if (!isFileName(key))
         return std::nullopt;
-    // Not to be held up by a pipe that nobody writes to.
-    const FileDescriptor file(
-        ::open((m_directory / key).c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat status = {};
-    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        return std::nullopt;
-
-    std::string bytes;
-    std::array<char, 16384> block = {};
-    while (bytes.size() <= maximumSize) {
-        const auto count = ::read(file.get(), block.data(), block.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return std::nullopt;
-        if (count == 0)
-            return bytes;
-        bytes.append(block.data(), static_cast<std::size_t>(count));
-    }
-    return std::nullopt;
+    return readRegularFile(m_directory / key, maximumSize);
 }
 
 void DefaultsLinux::setData(std::string_view key, std::string_view bytes)
@@ -158,7 +102,7 @@ void DefaultsLinux::setData(std::string_view key, std::string_view bytes)
         return;
     }
     try {
-        replaceFile(m_directory, key, bytes);
+        replaceValue(m_directory, key, bytes);
     } catch (const std::system_error& error) {
         m_log("CalendarMurkel: " + std::string(key) + " was not saved: cannot " + error.what());
     }
