@@ -132,8 +132,8 @@ QImage blurredCoverage(const QPainterPath& shape, const QRect& area, qreal radiu
                 return std::lerp(
                     field.at(column.before, line), field.at(column.before + 1, line), column.share);
             };
-            pixels[x] =
-                static_cast<uchar>(std::lerp(across(row.before), across(row.before + 1), row.share) + 0.5F);
+            pixels[x] = static_cast<uchar>(
+                std::lround(std::lerp(across(row.before), across(row.before + 1), row.share)));
         }
     }
     return coverage;
