@@ -1,4 +1,5 @@
-# Every library from outside, in one place. All of them are distribution packages: see scripts/setup.
+# Every library from outside, in one place. All of them are packages of Debian (scripts/setup) and of Homebrew
+# (.github/workflows/macos.yml).
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
@@ -6,9 +7,11 @@ find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(GTest REQUIRED)
-find_package(sdbus-c++ REQUIRED)
-pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
-pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+if(TINKRA_LINUX)
+  find_package(sdbus-c++ REQUIRED)
+  pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
+  pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+endif()
 pkg_check_modules(LIBICAL REQUIRED IMPORTED_TARGET libical) # tests and benchmarks compare with it; nothing ships it
 
 # Standalone asio; its one source file is TinkraConcurrency/Asio.cpp. Clang is not among the
@@ -19,7 +22,7 @@ find_path(ASIO_INCLUDE_DIR asio/awaitable.hpp REQUIRED)
 target_include_directories(tinkra_asio SYSTEM INTERFACE ${ASIO_INCLUDE_DIR})
 target_compile_definitions(tinkra_asio INTERFACE
   ASIO_STANDALONE ASIO_SEPARATE_COMPILATION ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC
-  $<$<CXX_COMPILER_ID:Clang>:ASIO_HAS_CO_AWAIT ASIO_HAS_STD_COROUTINE>)
+  $<$<CXX_COMPILER_ID:Clang,AppleClang>:ASIO_HAS_CO_AWAIT ASIO_HAS_STD_COROUTINE>)
 target_link_libraries(tinkra_asio INTERFACE Threads::Threads)
 
 if(TINKRA_BENCHMARKS)

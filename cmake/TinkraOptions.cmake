@@ -19,6 +19,18 @@ option(TINKRA_FUZZERS "Build the libFuzzer targets (Clang)" OFF)
 option(TINKRA_BENCHMARKS "Build the benchmarks" ON)
 option(TINKRA_QT_FREE_CORE_ONLY "Build the portable libraries and their tests alone" OFF)
 
+# Which operating system is built for: the one place where that is decided.
+if(APPLE OR TINKRA_QT_FREE_CORE_ONLY)
+  set(TINKRA_LINUX OFF)
+else()
+  set(TINKRA_LINUX ON)
+endif()
+if(APPLE)
+  set(TINKRA_SYSTEM TinkraSystemMac)
+else()
+  set(TINKRA_SYSTEM TinkraSystemLinux)
+endif()
+
 add_library(tinkra_options INTERFACE)
 target_compile_options(tinkra_options INTERFACE
   -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor

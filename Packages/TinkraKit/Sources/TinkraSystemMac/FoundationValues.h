@@ -32,6 +32,9 @@ std::optional<Instant> optionalInstantFrom(NSDate* _Nullable date);
 /// A `std::runtime_error` with the error's own sentence.
 std::exception_ptr exceptionFrom(NSError* error);
 
+/// Throws what a call has left behind that gave NO, the sentence or, without one, a sentence of ours.
+[[noreturn]] void throwRefusal(NSError* _Nullable error);
+
 }
 
 #pragma clang assume_nonnull end

@@ -56,4 +56,11 @@ std::exception_ptr exceptionFrom(NSError* error)
     return std::make_exception_ptr(std::runtime_error(utf8From(error.localizedDescription)));
 }
 
+void throwRefusal(NSError* error)
+{
+    if (error == nil)
+        throw std::runtime_error("The system refused without saying why.");
+    std::rethrow_exception(exceptionFrom(static_cast<NSError* _Nonnull>(error)));
+}
+
 }

@@ -6,11 +6,15 @@
 #include "TinkraSystem/EventStore.h"
 #include "TinkraSystem/NotificationCenter.h"
 #include "TinkraSystem/NotificationCenterDelegate.h"
+#include "TinkraSystem/PowerAssertions.h"
+#include "TinkraSystem/ServiceStatus.h"
 
 #import <AppKit/AppKit.h>
 #import <CoreAudio/CoreAudio.h>
 #import <EventKit/EventKit.h>
 #import <Foundation/Foundation.h>
+#include <IOKit/pwr_mgt/IOPMLib.h>
+#import <ServiceManagement/ServiceManagement.h>
 #import <UserNotifications/UserNotifications.h>
 
 namespace Tinkra::System {
@@ -74,5 +78,14 @@ static_assert(same(kAudioObjectPropertyElementMain, AudioElement::Main));
 static_assert(same(kAudioHardwarePropertyDefaultOutputDevice, 0x644f7574));
 static_assert(same(kAudioDevicePropertyVolumeScalar, 0x766f6c6d));
 static_assert(same(kAudioDevicePropertyMute, 0x6d757465));
+
+static_assert(same(SMAppServiceStatusNotRegistered, ServiceStatus::NotRegistered));
+static_assert(same(SMAppServiceStatusEnabled, ServiceStatus::Enabled));
+static_assert(same(SMAppServiceStatusRequiresApproval, ServiceStatus::RequiresApproval));
+static_assert(same(SMAppServiceStatusNotFound, ServiceStatus::NotFound));
+
+static_assert(same(kIOReturnSuccess, 0));
+static_assert(same(kIOPMNullAssertionID, kNoPowerAssertion));
+static_assert(same(kIOPMAssertionLevelOn, kPowerAssertionLevelOn));
 
 }

@@ -16,7 +16,9 @@ from clang.cindex import CursorKind
 
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[3]
-SOURCES = ROOT / "Packages/TinkraKit/Sources/TinkraSystemMac"
+LIBRARY = ROOT / "Packages/TinkraKit/Sources/TinkraSystemMac"
+WAKE_HELPER = ROOT / "Services/WakeHelper/Sources"
+SOURCES = (LIBRARY, WAKE_HELPER)
 DECLARATIONS = HERE / "Declarations"
 TABLE = HERE / "ApiTable.csv"
 TARGET = "arm64-apple-macosx14.0"
@@ -26,8 +28,8 @@ clang.cindex.Config.set_library_file("/usr/lib/llvm-16/lib/libclang-16.so.1")
 
 
 def objective_cxx_files():
-    files = sorted(SOURCES.rglob("*.mm"))
-    assert files, f"there is nothing to check in {SOURCES}"
+    files = [file for folder in SOURCES for file in sorted(folder.rglob("*.mm"))]
+    assert {folder for folder in SOURCES for file in files if folder in file.parents} == set(SOURCES)
     return files
 
 
@@ -46,7 +48,9 @@ def command_line(target=TARGET):
     options += ["-I", str(DECLARATIONS)]
     for library in ["TinkraConcurrency", "TinkraSystem", "TinkraSystemMac"]:
         options += ["-I", str(includes / library)]
+    options += ["-I", str(WAKE_HELPER)]
     options += ["-DASIO_STANDALONE", "-DASIO_SEPARATE_COMPILATION", "-DASIO_NO_DEPRECATED"]
+    options += ["-DASIO_DISABLE_STD_ALIGNED_ALLOC"]
     options += ["-DASIO_HAS_CO_AWAIT", "-DASIO_HAS_STD_COROUTINE"]
     options += ["-Wall", "-Wextra", "-Wpedantic", "-Wno-unused-parameter", "-Werror"]
     options += ["-Wnullable-to-nonnull-conversion", "-Wundeclared-selector", "-Wstrict-selector-match"]
@@ -88,7 +92,7 @@ def parse(source):
 
 def parse_text(name, text):
     """A source that exists in memory alone, for trying the checks themselves."""
-    path = str(SOURCES / name)
+    path = str(LIBRARY / name)
     return clang.cindex.Index.create().parse(path, args=command_line(), unsaved_files=[(path, text)])
 
 
@@ -97,9 +101,9 @@ def real_path(name):
     return pathlib.Path(os.path.realpath(name))
 
 
-def is_below(cursor, folder):
+def is_below(cursor, *folders):
     file = cursor.location.file
-    return file is not None and folder in real_path(file.name).parents
+    return file is not None and any(folder in real_path(file.name).parents for folder in folders)
 
 
 def kind_of(cursor):
@@ -110,13 +114,13 @@ def kind_of(cursor):
         return None
 
 
-def walk_below(cursor, folder):
-    """Every cursor in the files of a folder, without looking into the libraries."""
+def walk_below(cursor, *folders):
+    """Every cursor in the files of the folders, without looking into the libraries."""
     for child in cursor.get_children():
-        if is_below(child, folder):
+        if is_below(child, *folders):
             if kind_of(child) is not None:
                 yield child
-            yield from walk_below(child, folder)
+            yield from walk_below(child, *folders)
 
 
 # What has a row in the table, and its name for it.
@@ -134,7 +138,7 @@ KINDS = {
 
 def row_of(cursor):
     """(framework, owner, kind, name) of a declaration."""
-    framework = real_path(cursor.location.file.name).parent.name
+    framework = real_path(cursor.location.file.name).relative_to(DECLARATIONS).parts[0]
     owner = cursor.semantic_parent
     has_owner = owner is not None and owner.kind in (
         CursorKind.OBJC_INTERFACE_DECL, CursorKind.OBJC_PROTOCOL_DECL)
@@ -164,7 +168,7 @@ def is_getter_or_setter(cursor):
 def used(unit):
     """Rows of all declarations of a framework that our source refers to, with one place for each."""
     rows = {}
-    for cursor in walk_below(unit.cursor, SOURCES):
+    for cursor in walk_below(unit.cursor, *SOURCES):
         target = cursor.referenced
         if target is None or kind_of(target) not in KINDS or not is_below(target, DECLARATIONS):
             continue
@@ -177,14 +181,14 @@ def used(unit):
 
 def messages(unit):
     """(selector, place, the method that it names or nothing) of each message that our source sends."""
-    for cursor in walk_below(unit.cursor, SOURCES):
+    for cursor in walk_below(unit.cursor, *SOURCES):
         if cursor.kind == CursorKind.OBJC_MESSAGE_EXPR:
             yield cursor.spelling, f"{cursor.location.file.name}:{cursor.location.line}", cursor.referenced
 
 
 def undeclared_methods(unit):
     """Methods of ours that nobody declares, whom therefore nobody will ever call."""
-    for implementation in walk_below(unit.cursor, SOURCES):
+    for implementation in walk_below(unit.cursor, *SOURCES):
         if implementation.kind != CursorKind.OBJC_IMPLEMENTATION_DECL:
             continue
         known = selectors_of(interface_of(unit, implementation.spelling))
@@ -195,7 +199,7 @@ def undeclared_methods(unit):
 
 
 def interface_of(unit, name):
-    return next(cursor for folder in (SOURCES, DECLARATIONS) for cursor in walk_below(unit.cursor, folder)
+    return next(cursor for cursor in walk_below(unit.cursor, *SOURCES, DECLARATIONS)
                 if cursor.kind == CursorKind.OBJC_INTERFACE_DECL and cursor.spelling == name)
 
 

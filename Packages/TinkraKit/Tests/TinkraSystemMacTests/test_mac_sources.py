@@ -7,11 +7,11 @@ import pytest
 from clang.cindex import CursorKind, Diagnostic
 
 import mac_sources
-from mac_sources import SOURCES, objective_cxx_files
+from mac_sources import LIBRARY, SOURCES, objective_cxx_files
 
 
 def name_of(path):
-    return str(path.relative_to(SOURCES))
+    return path.stem
 
 
 each_file = pytest.mark.parametrize("source", objective_cxx_files(), ids=name_of)
@@ -122,7 +122,7 @@ def known_selectors():
 def own_selectors(source):
     """With the names of variables, which lie in the same place."""
     unit = mac_sources.parse(source)
-    return {cursor.spelling for cursor in mac_sources.walk_below(unit.cursor, SOURCES)
+    return {cursor.spelling for cursor in mac_sources.walk_below(unit.cursor, *SOURCES)
             if mac_sources.kind_of(cursor) in (CursorKind.OBJC_INSTANCE_METHOD_DECL,
                                                CursorKind.OBJC_CLASS_METHOD_DECL, CursorKind.OBJC_IVAR_DECL)}
 
@@ -181,5 +181,5 @@ def test_a_use_that_the_table_does_not_vouch_for_is_seen():
 
 
 def test_a_call_that_is_newer_than_the_target_is_seen():
-    source = SOURCES / "EventStoreMac.mm"
+    source = LIBRARY / "EventStoreMac.mm"
     assert mac_sources.compile_source(source, "-fsyntax-only", target="arm64-apple-macosx13.0").returncode != 0

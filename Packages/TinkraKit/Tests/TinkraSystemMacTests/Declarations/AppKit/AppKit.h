@@ -84,6 +84,14 @@ inline constexpr NSWindowLevel NSScreenSaverWindowLevel = 1000;
 @property (nullable, strong) CAMediaTimingFunction* timingFunction;
 @end
 
+@interface NSWorkspace : NSObject
+@property (class, readonly, strong) NSWorkspace* sharedWorkspace;
+@property (readonly, strong) NSNotificationCenter* notificationCenter;
+- (BOOL)openURL:(NSURL*)url;
+@end
+
+extern "C" NSNotificationName const NSWorkspaceDidWakeNotification;
+
 @interface NSSound : NSObject <NSCopying>
 + (nullable NSSound*)soundNamed:(NSString*)name;
 - (BOOL)play;

@@ -30,6 +30,7 @@ using NSNotificationName = NSString*;
 - (instancetype)init;
 - (void)dealloc;
 - (BOOL)isKindOfClass:(Class)aClass;
+- (BOOL)isEqual:(nullable id)object;
 + (Class)class;
 @end
 
@@ -122,6 +123,10 @@ enum __attribute__((flag_enum)) : NSCalendarUnit {
 - (NSDateComponents*)components:(NSCalendarUnit)units fromDate:(NSDate*)date;
 @end
 
+@interface NSURL : NSObject
++ (nullable instancetype)URLWithString:(NSString*)string;
+@end
+
 @interface NSNotification : NSObject
 @end
 
@@ -148,6 +153,12 @@ extern "C" NSNotificationName const NSSystemClockDidChangeNotification;
 @interface NSError : NSObject
 @property (readonly, copy) NSString* localizedDescription;
 @end
+
+extern "C" {
+NSString* NSFullUserName();
+NSString* NSUserName();
+void NSLog(NSString* format, ...) __attribute__((format(__NSString__, 1, 2)));
+}
 
 @interface NSBundle : NSObject
 @property (class, readonly, strong) NSBundle* mainBundle;
