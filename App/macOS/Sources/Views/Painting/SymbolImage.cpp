@@ -55,7 +55,8 @@ void SymbolImage::paint(QPainter* painter)
     if (m_name.isEmpty() || width() <= 0)
         return;
     // The device is a plain picture of many pixels a point; the scale is the painter's.
-    painter->drawImage(0, 0, symbolImage(m_name, m_color, m_weight, width(), painter->deviceTransform().m11()));
+    painter->drawImage(
+        0, 0, symbolImage(m_name, m_color, m_weight, width(), painter->deviceTransform().m11()));
 }
 
 }
