@@ -26,10 +26,10 @@ std::exception_ptr trouble(const char* sentence)
 
 System::StoredEvent eventAt(Instant start, std::optional<std::string> title = std::nullopt)
 {
-    return {.eventIdentifier = "event",
-        .calendarItemIdentifier = "item",
-        .calendarIdentifier = "Work/Team",
-        .title = std::move(title),
+    return {.details = System::EventDetails{.eventIdentifier = "event",
+                .calendarItemIdentifier = "item",
+                .calendarIdentifier = "Work/Team",
+                .title = std::move(title)},
         .start = start,
         .end = start};
 }

@@ -39,10 +39,10 @@ Desk::Desk()
         {.identifier = "Home/Family", .title = "Family", .sourceTitle = "Home"},
     };
     const System::StoredEvent standup{
-        .eventIdentifier = "standup",
-        .calendarItemIdentifier = "item",
-        .calendarIdentifier = "Work/Team",
-        .title = "Stand-up",
+        .details = System::EventDetails{.eventIdentifier = "standup",
+            .calendarItemIdentifier = "item",
+            .calendarIdentifier = "Work/Team",
+            .title = "Stand-up"},
         .start = today + std::chrono::hours(1),
         .end = today + std::chrono::hours(2),
     };

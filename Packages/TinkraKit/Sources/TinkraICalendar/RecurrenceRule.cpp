@@ -106,7 +106,8 @@ public:
 
     std::optional<RecurrenceRule> parse(std::string_view value)
     {
-        forEachPiece(value, ';', [&](std::string_view part) { takePart(uppered(part)); });
+        const auto upper = uppered(value);
+        forEachPiece(upper, ';', [&](std::string_view part) { takePart(part); });
         if (!m_hasFrequency) {
             note("A recurrence rule without a known FREQ was left out: " + quoted(value));
             return std::nullopt;
@@ -146,7 +147,7 @@ private:
             return;
         }
         if (takeKnownPart(name, value))
-            m_seen.emplace_back(name);
+            m_seen.push_back(name);
         else
             note("A recurrence rule has an unknown part, which was left out: " + quoted(part));
     }
@@ -331,7 +332,7 @@ private:
     }
 
     std::vector<std::string>& m_notices;
-    std::vector<std::string> m_seen;
+    std::vector<std::string_view> m_seen; // names of parts, within the text that is being parsed
     RecurrenceRule m_rule;
     bool m_hasFrequency = false;
     std::size_t m_noticeCount = 0;

@@ -29,15 +29,16 @@ std::int64_t wholeNumber(double value, const char* whose)
 Text meetingID(const System::StoredEvent& event, Instant start)
 {
     const auto seconds = wholeNumber(secondsSince1970(start), "event start");
-    return event.eventIdentifier.value_or(event.calendarItemIdentifier) + "@" + std::to_string(seconds);
+    const auto& details = *event.details;
+    return details.eventIdentifier.value_or(details.calendarItemIdentifier) + "@" + std::to_string(seconds);
 }
 
-Meeting meetingFor(System::StoredEvent event, Instant start)
+Meeting meetingFor(const System::StoredEvent& event, Instant start)
 {
     return {
         .id = meetingID(event, start),
-        .calendarID = std::move(event.calendarIdentifier),
-        .title = std::move(event.title).value_or("Untitled meeting"),
+        .calendarID = event.details->calendarIdentifier,
+        .title = event.details->title.value_or("Untitled meeting"),
         .start = start,
         .end = event.end.value_or(start),
         .isAllDay = event.isAllDay,
@@ -102,12 +103,12 @@ Task<std::vector<Meeting>> EventKitCalendarProvider::meetings(CalendarIDs in, In
     if (kept.empty())
         co_return std::vector<Meeting>{};
 
-    auto events = co_await m_store->events(from, to, std::move(kept));
+    const auto events = co_await m_store->events(from, to, std::move(kept));
     std::vector<Meeting> meetings;
     meetings.reserve(events.size());
-    for (auto& event : events) {
+    for (const auto& event : events) {
         if (const auto start = event.start)
-            meetings.push_back(meetingFor(std::move(event), *start));
+            meetings.push_back(meetingFor(event, *start));
     }
     co_return meetings;
 }

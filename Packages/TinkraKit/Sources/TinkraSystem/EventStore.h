@@ -3,6 +3,7 @@
 #include "TinkraConcurrency/Instant.h"
 #include "TinkraConcurrency/Task.h"
 #include "TinkraSystem/Observation.h"
+#include "TinkraSystem/Shared.h"
 
 #include <functional>
 #include <optional>
@@ -30,12 +31,20 @@ struct StoredCalendar {
     friend bool operator==(const StoredCalendar&, const StoredCalendar&) = default;
 };
 
-/// One occurrence of an event as the store reports it.
-struct StoredEvent {
+/// What the occurrences of an event have in common.
+struct EventDetails {
     std::optional<std::string> eventIdentifier; ///< the same for every occurrence of a series
     std::string calendarItemIdentifier;
     std::string calendarIdentifier;
     std::optional<std::string> title;
+
+    friend bool operator==(const EventDetails&, const EventDetails&) = default;
+};
+
+/// One occurrence of an event as the store reports it. A store answers with tens of thousands of them, which
+/// is why those of one event share what they have in common.
+struct StoredEvent {
+    Shared<EventDetails> details;
     std::optional<Instant> start;
     std::optional<Instant> end;
     bool isAllDay = false;

@@ -71,10 +71,10 @@ std::vector<StoredCalendar> calendarsOf(EKEventStore* _Nonnull store)
 StoredEvent storedEvent(EKEvent* _Nonnull event)
 {
     return {
-        .eventIdentifier = optionalUtf8From(event.eventIdentifier),
-        .calendarItemIdentifier = utf8From(required(event.calendarItemIdentifier)),
-        .calendarIdentifier = utf8From(required(required(event.calendar).calendarIdentifier)),
-        .title = optionalUtf8From(event.title),
+        .details = EventDetails{.eventIdentifier = optionalUtf8From(event.eventIdentifier),
+            .calendarItemIdentifier = utf8From(required(event.calendarItemIdentifier)),
+            .calendarIdentifier = utf8From(required(required(event.calendar).calendarIdentifier)),
+            .title = optionalUtf8From(event.title)},
         .start = optionalInstantFrom(event.startDate),
         .end = optionalInstantFrom(event.endDate),
         .isAllDay = event.isAllDay != NO,

@@ -12,6 +12,7 @@
 namespace Tinkra {
 namespace {
 
+using System::EventDetails;
 using System::FakeEventStore;
 using System::StoredCalendar;
 using System::StoredEvent;
@@ -30,10 +31,10 @@ StoredEvent event(
     double start, std::string identifier = "ABC123:XYZ", std::string calendarIdentifier = "work")
 {
     return {
-        .eventIdentifier = identifier,
-        .calendarItemIdentifier = "item of " + identifier,
-        .calendarIdentifier = std::move(calendarIdentifier),
-        .title = "Stand-up",
+        .details = EventDetails{.eventIdentifier = identifier,
+            .calendarItemIdentifier = "item of " + identifier,
+            .calendarIdentifier = std::move(calendarIdentifier),
+            .title = "Stand-up"},
         .start = instantAt(start),
         .end = instantAt(start + 900),
     };
@@ -232,8 +233,8 @@ TEST_F(EventKitCalendarProviderTest, CutsOffFractionsOfASecondTowardsZero)
 TEST_F(EventKitCalendarProviderTest, UsesTheItemsIdentifierForAnEventWithoutOne)
 {
     auto stored = event(kNineOClock);
-    stored.eventIdentifier.reset();
-    stored.calendarItemIdentifier = "item-7";
+    stored.details = EventDetails{
+        .eventIdentifier = {}, .calendarItemIdentifier = "item-7", .calendarIdentifier = "work", .title = {}};
 
     EXPECT_EQ(meetingOf(stored).id, "item-7@1704099600");
 }
@@ -246,10 +247,13 @@ TEST_F(EventKitCalendarProviderTest, KeepsAnEmptyEventIdentifier)
 TEST_F(EventKitCalendarProviderTest, NamesAnUntitledEventAndLeavesAnEmptyTitleEmpty)
 {
     auto stored = event(kNineOClock);
-    stored.title.reset();
+    auto details = *stored.details;
+    details.title.reset();
+    stored.details = details;
     EXPECT_EQ(meetingOf(stored).title, "Untitled meeting");
 
-    stored.title = "";
+    details.title = "";
+    stored.details = details;
     EXPECT_TRUE(meetingOf(stored).title.isEmpty());
 }
 

@@ -31,7 +31,7 @@ protected:
         std::vector<std::string> result;
         for (const auto& event :
             loop.runInRealTime(store.events(instantAt(from), instantAt(to), std::move(in))))
-            result.push_back(event.title.value());
+            result.push_back(event.details->title.value());
         return result;
     }
 
@@ -68,7 +68,7 @@ TYPED_TEST_P(EventStoreContract, NamesTheCalendarOfEachEvent)
         this->store.events(instantAt(kStart), instantAt(kStart + 1), {"Cloud/Home", "Cloud/Work"}));
 
     ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].calendarIdentifier, "Cloud/Home");
+    EXPECT_EQ(events[0].details->calendarIdentifier, "Cloud/Home");
     EXPECT_EQ(events[0].start, instantAt(kStart));
     EXPECT_EQ(events[0].end, instantAt(kStart + 1800));
 }

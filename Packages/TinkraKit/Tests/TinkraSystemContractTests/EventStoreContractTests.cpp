@@ -24,10 +24,10 @@ struct InMemory {
 
     void add(const std::string& calendar, const std::string& uid, int minutes)
     {
-        events.push_back({.eventIdentifier = calendar + "/" + uid,
-            .calendarItemIdentifier = calendar + "/" + uid,
-            .calendarIdentifier = calendar,
-            .title = uid,
+        events.push_back({.details = EventDetails{.eventIdentifier = calendar + "/" + uid,
+                              .calendarItemIdentifier = calendar + "/" + uid,
+                              .calendarIdentifier = calendar,
+                              .title = uid},
             .start = instantAt(kStart),
             .end = instantAt(kStart + minutes * 60)});
         store->setEvents(events);

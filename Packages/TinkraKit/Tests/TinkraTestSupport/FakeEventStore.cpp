@@ -59,7 +59,8 @@ Task<std::vector<StoredEvent>> FakeEventStore::events(
     if (m_authorization != CalendarAuthorization::FullAccess)
         co_return found;
     for (const auto& event : m_events) {
-        if (std::ranges::find(calendarIdentifiers, event.calendarIdentifier) != calendarIdentifiers.end()
+        if (std::ranges::find(calendarIdentifiers, event.details->calendarIdentifier)
+                != calendarIdentifiers.end()
             && overlaps(event, from, to))
             found.push_back(event);
     }

@@ -16,10 +16,10 @@ const auto trouble = std::make_exception_ptr(std::runtime_error("trouble"));
 
 StoredEvent event(std::string id, Instant start, std::optional<Instant> end, std::string calendar = "work")
 {
-    return {.eventIdentifier = id,
-        .calendarItemIdentifier = id,
-        .calendarIdentifier = std::move(calendar),
-        .title = "Title",
+    return {.details = EventDetails{.eventIdentifier = id,
+                .calendarItemIdentifier = id,
+                .calendarIdentifier = std::move(calendar),
+                .title = "Title"},
         .start = start,
         .end = end};
 }
@@ -34,8 +34,8 @@ TEST(FakeEventStore, ReportsTheEventsThatOverlapTheRangeInItsOwnOrder)
     const auto found = run(store.events(noon, noon + Seconds{60}, {"work", "unknown"}));
 
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0].eventIdentifier, "late");
-    EXPECT_EQ(found[1].eventIdentifier, "point");
+    EXPECT_EQ(found[0].details->eventIdentifier, "late");
+    EXPECT_EQ(found[1].details->eventIdentifier, "point");
     EXPECT_EQ(store.log().calls(), std::vector<std::string>{"events [work, unknown]"});
 }
 

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <future>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 namespace Tinkra::System {
 
@@ -17,6 +19,9 @@ using namespace std::chrono_literals;
 
 // Fewer files than this are not worth a second thread.
 constexpr std::size_t kSourcesPerThread = 1000;
+
+// What a file with one event gives for a month: many happen once, weekly ones four times, some each day.
+constexpr std::size_t kUsualOccurrences = 4;
 
 // What a file, and an event in it, may take at first: many times what honest ones need.
 constexpr std::chrono::milliseconds kQuickFile = 50ms;
@@ -33,6 +38,19 @@ UtcSeconds wholeSecond(double seconds)
     constexpr double kLast = 253402300799.0;
     const double inside = seconds > kFirst ? std::min(seconds, kLast) : kFirst;
     return UtcSeconds{std::chrono::seconds{static_cast<std::int64_t>(inside)}};
+}
+
+EventDetails detailsOf(const ICalendar::Occurrence& occurrence, const std::string& calendarIdentifier)
+{
+    std::string identifier;
+    identifier.reserve(calendarIdentifier.size() + 1 + occurrence.uid.size());
+    identifier.append(calendarIdentifier).append("/").append(occurrence.uid);
+    return {
+        .eventIdentifier = identifier,
+        .calendarItemIdentifier = std::move(identifier),
+        .calendarIdentifier = calendarIdentifier,
+        .title = occurrence.title ? std::optional{std::string{*occurrence.title}} : std::nullopt,
+    };
 }
 
 }
@@ -79,7 +97,7 @@ EventExpansion::Result EventExpansion::expand(
     std::span<const Source> sources, std::vector<Source>& slow) const
 {
     Result result;
-    result.events.reserve(sources.size());
+    result.events.reserve(sources.size() * kUsualOccurrences);
     for (const auto& source : sources) {
         const auto before = result.events.size();
         const auto events = static_cast<std::int64_t>(source.content->eventCount());
@@ -112,18 +130,16 @@ void EventExpansion::expandSlow(std::span<const Source> slow, Result& result) co
 std::vector<std::string> EventExpansion::expandOne(
     const Source& source, const ICalendar::ExpansionLimits& limits, std::vector<StoredEvent>& events) const
 {
-    const auto& calendarIdentifier = source.calendar->identifier();
+    std::optional<ICalendar::Occurrence> newest;
     const auto sink = [&](const ICalendar::Occurrence& occurrence) {
         if (!isInside(occurrence))
             return;
-        std::string identifier;
-        identifier.reserve(calendarIdentifier.size() + 1 + occurrence.uid.size());
-        identifier.append(calendarIdentifier).append("/").append(occurrence.uid);
+        const bool isOfSameEvent =
+            newest && newest->uid == occurrence.uid && newest->title == occurrence.title;
+        newest = occurrence;
         events.push_back({
-            .eventIdentifier = identifier,
-            .calendarItemIdentifier = std::move(identifier),
-            .calendarIdentifier = calendarIdentifier,
-            .title = occurrence.title ? std::optional{std::string{*occurrence.title}} : std::nullopt,
+            .details =
+                isOfSameEvent ? events.back().details : detailsOf(occurrence, source.calendar->identifier()),
             .start = occurrence.start,
             .end = occurrence.end,
             .isAllDay = occurrence.isAllDay,

@@ -71,8 +71,8 @@ TEST_F(FolderCalendarsTest, KeepsTheSameCalendarOfTwoRootsApart)
     EXPECT_THAT(identifiers(), ElementsAre("Cloud/Work", other.string() + "/Cloud/Work"));
     const auto both = events({"Cloud/Work", other.string() + "/Cloud/Work"});
     ASSERT_EQ(both.size(), 2U);
-    EXPECT_EQ(both[0].eventIdentifier, "Cloud/Work/a");
-    EXPECT_EQ(both[1].eventIdentifier, other.string() + "/Cloud/Work/a");
+    EXPECT_EQ(both[0].details->eventIdentifier, "Cloud/Work/a");
+    EXPECT_EQ(both[1].details->eventIdentifier, other.string() + "/Cloud/Work/a");
 }
 
 TEST_F(FolderCalendarsTest, ListsAFolderOnceThatTwoRootsLeadTo)

@@ -20,10 +20,10 @@ TEST_F(FolderEventsTest, ReportsAnOccurrenceAsItIsInTheFile)
 
     EXPECT_THAT(events(),
         ElementsAre(StoredEvent{
-            .eventIdentifier = "Cloud/Work/abc@example.com",
-            .calendarItemIdentifier = "Cloud/Work/abc@example.com",
-            .calendarIdentifier = "Cloud/Work",
-            .title = "Stand-up",
+            .details = EventDetails{.eventIdentifier = "Cloud/Work/abc@example.com",
+                .calendarItemIdentifier = "Cloud/Work/abc@example.com",
+                .calendarIdentifier = "Cloud/Work",
+                .title = "Stand-up"},
             .start = instantAt(kDecember + 9 * 3600),
             .end = instantAt(kDecember + 9 * 3600 + 1800),
             .isAllDay = false,
@@ -60,7 +60,7 @@ TEST_F(FolderEventsTest, ReportsEachOccurrenceOfASeriesUnderOneIdentifier)
     const auto found = events({"Cloud/Work"});
 
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0].eventIdentifier, found[1].eventIdentifier);
+    EXPECT_EQ(found[0].details->eventIdentifier, found[1].details->eventIdentifier);
     EXPECT_NE(found[0].start, found[1].start);
 }
 
@@ -129,7 +129,7 @@ TEST_F(FolderEventsTest, KeepsOneUidInTwoCalendarsApart)
     const auto found = events({"Cloud/Work", "Cloud/Home"});
 
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_NE(found[0].eventIdentifier, found[1].eventIdentifier);
+    EXPECT_NE(found[0].details->eventIdentifier, found[1].details->eventIdentifier);
 }
 
 TEST_F(FolderEventsTest, ReportsBothEventsWhenTwoFilesOfACalendarShareAUid)
@@ -153,7 +153,7 @@ TEST_F(FolderEventsTest, GivesEventsWithoutUidTheSameIdentifierInEveryRun)
     EXPECT_EQ(first, second);
     std::set<std::string> identifiers;
     for (const auto& event : first)
-        identifiers.insert(*event.eventIdentifier);
+        identifiers.insert(*event.details->eventIdentifier);
     EXPECT_EQ(identifiers.size(), 4U);
 }
 

@@ -72,7 +72,7 @@ std::vector<std::string> FolderStoreWorld::titles(std::vector<std::string> calen
 {
     std::vector<std::string> result;
     for (const auto& event : events(std::move(calendarIdentifiers)))
-        result.push_back(event.title.value_or("(none)"));
+        result.push_back(event.details->title.value_or("(none)"));
     std::sort(result.begin(), result.end());
     return result;
 }

@@ -99,7 +99,7 @@ protected:
         const auto events = loop.runInRealTime(store->events(instantAt(0), instantAt(4e9), {"Cloud/Work"}));
         std::set<std::string> result;
         for (const auto& event : events)
-            result.insert(event.title->substr(0, event.title->find(' ')));
+            result.insert(event.details->title->substr(0, event.details->title->find(' ')));
         if (count)
             *count = events.size();
         return result;

@@ -181,7 +181,7 @@ TEST_F(OddFilesTest, AreHeardLastAndOnceWhenTheyHappenTooOften)
     const auto found = events();
 
     ASSERT_EQ(found.size(), 10'001U);
-    EXPECT_EQ(found.front().title, "Good");
+    EXPECT_EQ(found.front().details->title, "Good");
     EXPECT_THAT(status().notices, Contains(HasSubstr("a.ics: ")));
 }
 

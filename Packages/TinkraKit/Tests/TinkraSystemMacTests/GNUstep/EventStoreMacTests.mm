@@ -28,10 +28,10 @@ struct OfEventKit {
 
     void add(const std::string& calendar, const std::string& uid, int minutes) const
     {
-        add({.eventIdentifier = calendar + "/" + uid,
-            .calendarItemIdentifier = "item",
-            .calendarIdentifier = calendar,
-            .title = uid,
+        add({.details = EventDetails{.eventIdentifier = calendar + "/" + uid,
+                 .calendarItemIdentifier = "item",
+                 .calendarIdentifier = calendar,
+                 .title = uid},
             .start = instantAt(kStart),
             .end = instantAt(kStart + minutes * 60)});
     }
@@ -74,10 +74,10 @@ TEST_F(EventStoreMacTest, ReportsCalendarsInTheStoresOrderWithTheColoursAsStored
 
 TEST_F(EventStoreMacTest, ReportsEveryFieldOfAnEvent)
 {
-    const StoredEvent event{.eventIdentifier = "ABC123:XYZ",
-        .calendarItemIdentifier = "item",
-        .calendarIdentifier = "Cloud/Work",
-        .title = "Grüße 🦔",
+    const StoredEvent event{.details = EventDetails{.eventIdentifier = "ABC123:XYZ",
+                                .calendarItemIdentifier = "item",
+                                .calendarIdentifier = "Cloud/Work",
+                                .title = "Grüße 🦔"},
         .start = instantAt(kStart + 0.9),
         .end = instantAt(kStart + 30),
         .isAllDay = true};
@@ -88,10 +88,10 @@ TEST_F(EventStoreMacTest, ReportsEveryFieldOfAnEvent)
 
 TEST_F(EventStoreMacTest, LeavesOutWhatAnEventDoesNotHave)
 {
-    const StoredEvent event{.eventIdentifier = {},
-        .calendarItemIdentifier = "item",
-        .calendarIdentifier = "Cloud/Work",
-        .title = {},
+    const StoredEvent event{.details = EventDetails{.eventIdentifier = {},
+                                .calendarItemIdentifier = "item",
+                                .calendarIdentifier = "Cloud/Work",
+                                .title = {}},
         .start = {},
         .end = {}};
     kind.add(event);

@@ -121,21 +121,21 @@ StandInCalendars& StandInCalendars::shared()
 @implementation StandInEvent
 - (NSString*)calendarItemIdentifier
 {
-    return text(_stored.calendarItemIdentifier);
+    return text(_stored.details->calendarItemIdentifier);
 }
 - (EKCalendar*)calendar
 {
     StandInCalendar* calendar = [[StandInCalendar alloc] init];
-    calendar->_stored.identifier = _stored.calendarIdentifier;
+    calendar->_stored.identifier = _stored.details->calendarIdentifier;
     return calendar;
 }
 - (NSString*)title
 {
-    return optionalText(_stored.title);
+    return optionalText(_stored.details->title);
 }
 - (NSString*)eventIdentifier
 {
-    return optionalText(_stored.eventIdentifier);
+    return optionalText(_stored.details->eventIdentifier);
 }
 - (NSDate*)startDate
 {
@@ -163,7 +163,7 @@ StandInCalendars& StandInCalendars::shared()
 
 - (BOOL)holds:(const StoredEvent&)event
 {
-    if (std::ranges::count(_calendars, event.calendarIdentifier) == 0)
+    if (std::ranges::count(_calendars, event.details->calendarIdentifier) == 0)
         return NO;
     if (!event.start)
         return YES;
