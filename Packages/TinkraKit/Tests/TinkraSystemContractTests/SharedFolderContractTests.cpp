@@ -1,4 +1,5 @@
 #include "TinkraSystemLinux/SharedFolderLinux.h"
+#include "TinkraSystemMac/SharedFolderMac.h"
 #include "TinkraTestSupport/FakeSharedFolder.h"
 #include "TinkraTestSupport/TemporaryFolder.h"
 
@@ -31,13 +32,26 @@ struct OnDisk {
     }
 };
 
+/// What macOS uses; it calls nothing that is not here.
+struct OnMacsDisk {
+    TemporaryFolder base;
+    std::filesystem::path path = base.path() / "CalendarMurkel";
+    std::shared_ptr<SharedFolderMac> folder = std::make_shared<SharedFolderMac>(path);
+
+    std::string content(const char* name) const
+    {
+        std::ifstream file(path / name);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+};
+
 template <typename Kind> class SharedFolderContract : public testing::Test {
 protected:
     Kind kind;
     SharedFolder& folder = *kind.folder;
 };
 
-using Kinds = testing::Types<InMemory, OnDisk>;
+using Kinds = testing::Types<InMemory, OnDisk, OnMacsDisk>;
 TYPED_TEST_SUITE(SharedFolderContract, Kinds);
 
 TYPED_TEST(SharedFolderContract, IsNotThereAtFirstAndTakesNothing)
