@@ -36,8 +36,11 @@ def test_a_package_holds_every_file_at_its_place(package):
     assert files_below(package) == {
         "usr/bin/tinkra",
         "usr/libexec/tinkra-notifierd",
+        "usr/libexec/tinkra-wakehelper",
         f"usr/share/dbus-1/services/{NAME}.service",
         "usr/lib/systemd/user/tinkra-notifierd.service",
+        "usr/lib/systemd/system/tinkra-wakehelper.service",
+        "usr/lib/tmpfiles.d/tinkra.conf",
         f"etc/xdg/autostart/{NAME}.desktop",
         "usr/share/man/man1/tinkra.1",
         "usr/share/bash-completion/completions/tinkra",
@@ -83,15 +86,26 @@ def test_the_desktop_accepts_the_login_entry(package):
     assert (checked.returncode, checked.stdout, checked.stderr) == (0, "", "")
 
 
-def test_systemd_accepts_the_unit(package, tmp_path):
+@pytest.mark.parametrize("folder, program", [("user", "tinkra-notifierd"), ("system", "tinkra-wakehelper")])
+def test_systemd_accepts_the_unit(package, tmp_path, folder, program):
     # The unit names /usr/libexec; systemd wants the program to be there, so the check gets one that is.
-    unit = (package / "usr/lib/systemd/user/tinkra-notifierd.service").read_text()
-    copy = tmp_path / "tinkra-notifierd.service"
-    copy.write_text(unit.replace("/usr/libexec/tinkra-notifierd", str(package / "usr/libexec/tinkra-notifierd")))
-    checked = subprocess.run(["systemd-analyze", "verify", "--user", "--man=no", copy], capture_output=True, text=True,
+    unit = (package / f"usr/lib/systemd/{folder}/{program}.service").read_text()
+    copy = tmp_path / f"{program}.service"
+    copy.write_text(unit.replace(f"/usr/libexec/{program}", str(package / f"usr/libexec/{program}")))
+    checked = subprocess.run(["systemd-analyze", "verify", f"--{folder}", "--man=no", copy],
+                             capture_output=True, text=True,
                              env=os.environ | {"XDG_RUNTIME_DIR": str(tmp_path), "SYSTEMD_UNIT_PATH": f"{tmp_path}:"})
     complaints = [line for line in checked.stderr.splitlines() if "tinkra" in line]
     assert (checked.returncode, complaints) == (0, [])
+
+
+def test_the_wake_helper_is_left_with_next_to_nothing(package):
+    # systemd's own estimate of what a service could do, from 0 (nothing) to 10 (everything).
+    unit = package / "usr/lib/systemd/system/tinkra-wakehelper.service"
+    checked = subprocess.run(["systemd-analyze", "security", "--offline=true", "--threshold=15", "--no-pager", unit],
+                             capture_output=True, text=True)
+    assert checked.returncode == 0, checked.stdout + checked.stderr
+    assert "\nAmbientCapabilities=CAP_WAKE_ALARM\nCapabilityBoundingSet=CAP_WAKE_ALARM\n" in unit.read_text()
 
 
 def test_the_manual_page_has_no_mistake_and_names_every_command(package):

@@ -26,10 +26,16 @@ std::optional<std::int64_t> wakeWanted(const std::filesystem::path& wakeFile, st
     const int file = ::open(wakeFile.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
         return std::nullopt;
+    const auto wake = wakeWanted(file, now);
+    ::close(file);
+    return wake;
+}
+
+std::optional<std::int64_t> wakeWanted(int file, std::int64_t now)
+{
     // One byte more than is allowed, so that a longer file is told apart.
     std::array<char, System::kMaximumWakeDigits + 1> bytes{};
     const auto count = isPlainFile(file) ? ::read(file, bytes.data(), bytes.size()) : -1;
-    ::close(file);
     if (count < 0)
         return std::nullopt;
 

@@ -11,4 +11,7 @@ namespace Tinkra::WakeHelper {
 /// WakeFile.h. Never waits for a file and follows no link, because others than root write it.
 std::optional<std::int64_t> wakeWanted(const std::filesystem::path& wakeFile, std::int64_t now);
 
+/// The same of a file that is open for reading, wherever it was found.
+std::optional<std::int64_t> wakeWanted(int file, std::int64_t now);
+
 }
