@@ -4,6 +4,7 @@
 #include "NotificationDaemon/CrashedRequests.h"
 #include "NotificationDaemon/DesktopNotificationServer.h"
 #include "NotificationDaemon/FallbackAlarm.h"
+#include "NotificationDaemon/HeldResponses.h"
 #include "NotificationDaemon/Log.h"
 #include "NotificationDaemon/NoStore.h"
 #include "NotificationDaemon/NotificationCenter.h"
@@ -116,10 +117,11 @@ public:
 
     int run();
 
-    void delivered(const NotificationDaemonProtocol::Request& request) override;
+    void delivered(const NotificationDaemonProtocol::Request& request, std::uint32_t serverID) override;
     void undeliverable(const NotificationDaemonProtocol::Request& request) override;
 
 private:
+    void actionInvoked(std::uint32_t serverID, const std::string& action);
     void load(const StateDirectory& directory);
     void turn();
     void outOfMemory();
@@ -137,6 +139,7 @@ private:
     AlarmTimer m_timer;
     FallbackAlarm m_fallback;
     OpenedStore m_opened;
+    HeldResponses m_responses;
     DesktopNotificationServer m_server;
     NotificationCenter m_center;
     NotificationService m_service;
@@ -150,9 +153,15 @@ Daemon::Daemon(sdbus::IConnection& connection, const StateDirectory& directory)
     , m_server(connection,
           {.answered = [this](auto token, auto serverID) { m_center.answered(token, serverID, now()); },
               .appeared = [this] { m_center.serverAppeared(now()); },
-              .vanished = [this] { m_center.serverVanished(now()); }})
+              .vanished =
+                  [this] {
+                      m_responses.serverVanished();
+                      m_center.serverVanished(now());
+                  },
+              .actionInvoked = [this](
+                                   auto serverID, const auto& action) { actionInvoked(serverID, action); }})
     , m_center(*m_opened.store, m_server, m_zone, *this)
-    , m_service(connection, m_center, m_server, now, m_opened.inMemoryReason)
+    , m_service(connection, m_center, m_server, m_responses, now, m_opened.inMemoryReason)
 {
     load(directory);
 }
@@ -179,10 +188,21 @@ void Daemon::load(const StateDirectory& directory)
         m_service.emitStoreWasReset();
 }
 
-void Daemon::delivered(const NotificationDaemonProtocol::Request& request)
+void Daemon::delivered(const NotificationDaemonProtocol::Request& request, std::uint32_t serverID)
 {
     log(LogLevel::Info, "shown " + inQuotes(request.identifier));
+    m_responses.delivered(request, serverID);
     m_service.emitDelivered(request);
+}
+
+void Daemon::actionInvoked(std::uint32_t serverID, const std::string& action)
+{
+    const auto identifier = m_responses.invoked(serverID, action);
+    if (!identifier)
+        return; // somebody else's notification
+    log(LogLevel::Info, "the user responded to " + inQuotes(*identifier));
+    m_service.emitResponseReceived();
+    m_service.startApplication();
 }
 
 void Daemon::undeliverable(const NotificationDaemonProtocol::Request& request)

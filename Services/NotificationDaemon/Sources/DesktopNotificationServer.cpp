@@ -62,6 +62,16 @@ DesktopNotificationServer::DesktopNotificationServer(sdbus::IConnection& connect
             ownerChanged(oldOwner, newOwner);
         },
         sdbus::floating_slot);
+    connection.addMatch(
+        "type='signal',sender='org.freedesktop.Notifications',interface='org.freedesktop.Notifications',"
+        "member='ActionInvoked'",
+        [this](sdbus::Message& signal) {
+            std::uint32_t serverID = 0;
+            std::string action;
+            signal >> serverID >> action;
+            m_handlers.actionInvoked(serverID, action);
+        },
+        sdbus::floating_slot);
     m_bus->callMethod("NameHasOwner")
         .onInterface(kBus)
         .withArguments(std::string(kName))

@@ -22,6 +22,7 @@ public:
         std::function<void(std::int64_t token, std::uint32_t serverID)> answered; ///< 0 when it was refused
         std::function<void()> appeared;
         std::function<void()> vanished;
+        std::function<void(std::uint32_t serverID, const std::string& action)> actionInvoked;
     };
 
     /// Calls back from the connection's event loop. Throws sdbus::Error when the bus is gone.

@@ -409,7 +409,7 @@ void NotificationCenter::answered(std::int64_t token, std::uint32_t serverID, Mo
     setPhase(*entry, Phase::Shown, now.wall);
     setNote(kLastShown, now.wall);
     m_justShown[entry->id] = now.elapsed;
-    m_observer.delivered(decodeRecord(entry->record));
+    m_observer.delivered(decodeRecord(entry->record), serverID);
 }
 
 void NotificationCenter::serverAppeared(Moment now)

@@ -27,8 +27,8 @@ class CenterObserver {
 public:
     virtual ~CenterObserver() = default;
 
-    /// A notification server has taken it.
-    virtual void delivered(const NotificationDaemonProtocol::Request& request) = 0;
+    /// A notification server has taken it, and calls it `serverID`.
+    virtual void delivered(const NotificationDaemonProtocol::Request& request, std::uint32_t serverID) = 0;
 
     /// It is due and no server takes it: the user should be told in some other way. Once for each request.
     virtual void undeliverable(const NotificationDaemonProtocol::Request& request) = 0;

@@ -4,6 +4,7 @@
 #include "NotificationDaemonProtocol/Names.h"
 #include "NotificationDaemonProtocol/RequestMessage.h"
 
+#include <chrono>
 #include <new>
 #include <sdbus-c++/sdbus-c++.h>
 #include <unistd.h>
@@ -13,6 +14,10 @@ namespace Tinkra::NotificationDaemon {
 using namespace NotificationDaemonProtocol;
 
 namespace {
+
+constexpr auto kBus = "org.freedesktop.DBus";
+constexpr auto kApplicationName = "co.calendarmurkel.Tinkra";
+constexpr auto kStartTime = std::chrono::seconds(30);
 
 constexpr std::int32_t kDenied = 1;
 constexpr std::int32_t kAuthorized = 2;
@@ -53,13 +58,16 @@ sdbus::Error busError()
 }
 
 NotificationService::NotificationService(sdbus::IConnection& connection, NotificationCenter& center,
-    DesktopNotificationServer& server, std::function<Moment()> now, std::string inMemoryReason)
+    DesktopNotificationServer& server, HeldResponses& responses, std::function<Moment()> now,
+    std::string inMemoryReason)
     : m_center(center)
     , m_server(server)
+    , m_responses(responses)
     , m_now(std::move(now))
     , m_inMemoryReason(std::move(inMemoryReason))
     , m_callers(geteuid())
     , m_object(sdbus::createObject(connection, kObjectPath))
+    , m_bus(sdbus::createProxy(connection, kBus, "/org/freedesktop/DBus"))
 {
     registerMethod("Add", "sa{sv}", "", &NotificationService::add);
     registerMethod("RemovePending", "as", "", &NotificationService::removePending);
@@ -70,8 +78,10 @@ NotificationService::NotificationService(sdbus::IConnection& connection, Notific
     registerMethod("Status", "", "a{sv}", &NotificationService::status);
     registerMethod("AcknowledgeReset", "", "", &NotificationService::acknowledgeReset);
     registerMethod("Missed", "", "aa{sv}", &NotificationService::missed);
+    registerMethod("TakeResponses", "", "a(sa{sv})", &NotificationService::takeResponses);
     m_object->registerSignal(kInterface, "StoreWasReset", "");
     m_object->registerSignal(kInterface, "Delivered", "sa{sv}");
+    m_object->registerSignal(kInterface, "ResponseReceived", "");
     m_object->finishRegistration();
 }
 
@@ -197,6 +207,14 @@ void NotificationService::status(sdbus::MethodCall& /*call*/, sdbus::MethodReply
     reply << status;
 }
 
+void NotificationService::takeResponses(sdbus::MethodCall& /*call*/, sdbus::MethodReply& reply)
+{
+    std::vector<sdbus::Struct<std::string, Request>> responses;
+    for (auto& [action, request] : m_responses.take())
+        responses.emplace_back(std::move(action), std::move(request));
+    reply << responses;
+}
+
 void NotificationService::emitStoreWasReset()
 {
     m_object->emitSignal(m_object->createSignal(kInterface, "StoreWasReset"));
@@ -207,6 +225,23 @@ void NotificationService::emitDelivered(const Request& request)
     auto signal = m_object->createSignal(kInterface, "Delivered");
     signal << request.identifier << request;
     m_object->emitSignal(signal);
+}
+
+void NotificationService::emitResponseReceived()
+{
+    m_object->emitSignal(m_object->createSignal(kInterface, "ResponseReceived"));
+}
+
+void NotificationService::startApplication()
+{
+    m_bus->callMethodAsync("StartServiceByName")
+        .onInterface(kBus)
+        .withTimeout(kStartTime)
+        .withArguments(std::string(kApplicationName), std::uint32_t{0})
+        .uponReplyInvoke([](const sdbus::Error* error, std::uint32_t /*outcome*/) {
+            if (error != nullptr)
+                log(LogLevel::Warning, "the application was not started: " + inQuotes(error->what()));
+        });
 }
 
 }

@@ -24,6 +24,7 @@ METHODS = {
     "AuthorizationStatus": None,
     "AcknowledgeReset": None,
     "RequestAuthorization": "uint32 7",
+    "TakeResponses": None,
     "RemovePending": "['alarm-1']",
     "Add": "'stranger' {'title': <'t'>}",
 }

@@ -87,7 +87,7 @@ public:
     std::vector<std::string> deliveredIDs;
     std::vector<std::string> undeliverableIDs;
 
-    void delivered(const NotificationDaemonProtocol::Request& request) override
+    void delivered(const NotificationDaemonProtocol::Request& request, std::uint32_t /*serverID*/) override
     {
         deliveredIDs.push_back(request.identifier);
     }

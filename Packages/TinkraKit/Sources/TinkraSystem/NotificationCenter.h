@@ -3,7 +3,9 @@
 #include "TinkraConcurrency/Task.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -79,6 +81,8 @@ struct NotificationRequest {
     friend bool operator==(const NotificationRequest&, const NotificationRequest&) = default;
 };
 
+class NotificationCenterDelegate;
+
 /// The service that shows notifications at their time, whether or not the application runs.
 /// Callable from any executor; the caller resumes on its own.
 class NotificationCenter {
@@ -97,6 +101,12 @@ public:
     /// Adds a request; one that is pending under the same identifier is replaced. Throws when it is not
     /// durably kept.
     virtual Task<> add(NotificationRequest request) = 0;
+
+    /// Who hears of notifications from now on; it is not kept alive. Its entries are called on `mainThread`;
+    /// responses that came before there was a delegate are held for it. `isActive` tells, on `mainThread`,
+    /// whether a window of the application has the keyboard.
+    virtual void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread,
+        std::function<bool()> isActive) = 0;
 
     /// Removes the pending requests of these identifiers; unknown ones are ignored, delivered ones stay.
     virtual Task<> removePending(std::vector<std::string> identifiers) = 0;

@@ -17,6 +17,9 @@ enum NotificationPresentationOption : std::uint32_t {
     BannerPresentation = 16,
 };
 
+/// The action of a click on the notification itself (UNNotificationDefaultActionIdentifier).
+inline constexpr auto kDefaultActionIdentifier = "com.apple.UNNotificationDefaultActionIdentifier";
+
 /// What the user did with a notification.
 struct NotificationResponse {
     std::string actionIdentifier;

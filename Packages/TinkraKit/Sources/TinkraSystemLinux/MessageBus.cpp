@@ -92,6 +92,7 @@ struct MessageBus::Session {
     std::unique_ptr<sdbus::IConnection> connection;
     std::map<std::pair<std::string, std::string>, std::unique_ptr<sdbus::IProxy>> proxies;
     std::vector<std::shared_ptr<PendingCall>> waiting; ///< for the connection
+    std::vector<Observer> observers;
 
     static void run(const std::shared_ptr<Session>& session, Kind kind)
     {
@@ -117,6 +118,8 @@ struct MessageBus::Session {
             state = connection ? State::Connected : State::Over;
             calls.swap(waiting);
             if (connection) {
+                for (const auto& observer : observers)
+                    match(observer);
                 for (const auto& call : calls)
                     send(call);
                 return;
@@ -143,6 +146,16 @@ struct MessageBus::Session {
         const std::lock_guard lock(mutex);
         state = State::Over;
         ended.swap(proxies);
+    }
+
+    // Called with the mutex held.
+    void match(const Observer& observer)
+    {
+        try {
+            connection->addMatch(observer.rule, observer.received, sdbus::floating_slot);
+        } catch (const sdbus::Error&) {
+            // The connection breaks; the next one is asked again.
+        }
     }
 
     // Called with the mutex held.
@@ -211,11 +224,35 @@ void MessageBus::submit(const Executor& executor, std::chrono::milliseconds limi
             return;
         }
     }
+    connectAnew(pending);
+}
+
+// Called with the bus's mutex held.
+void MessageBus::connectAnew(std::shared_ptr<PendingCall> first)
+{
     if (m_thread.joinable())
         m_thread.join();
     m_session = std::make_shared<Session>();
-    m_session->waiting.push_back(pending);
+    if (first)
+        m_session->waiting.push_back(std::move(first));
+    m_session->observers = m_observers;
     m_thread = std::thread(&Session::run, m_session, m_kind);
+}
+
+void MessageBus::observe(std::string rule, std::function<void(sdbus::Message&)> received)
+{
+    const std::lock_guard busLock(m_mutex);
+    m_observers.push_back({std::move(rule), std::move(received)});
+    if (m_session) {
+        const std::lock_guard lock(m_session->mutex);
+        if (m_session->state != Session::State::Over) {
+            m_session->observers.push_back(m_observers.back());
+            if (m_session->state == Session::State::Connected)
+                m_session->match(m_observers.back());
+            return;
+        }
+    }
+    connectAnew(nullptr);
 }
 
 }

@@ -14,6 +14,7 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Tinkra::System {
 
@@ -60,7 +61,16 @@ public:
             });
     }
 
+    /// Calls `received` for each signal that matches `rule` (D-Bus Specification, "Match Rules"), on the
+    /// connection's thread, for as long as the bus object lives; a connection that is made anew keeps to it.
+    /// Connects, when nobody has yet.
+    void observe(std::string rule, std::function<void(sdbus::Message&)> received);
+
 private:
+    struct Observer {
+        std::string rule;
+        std::function<void(sdbus::Message&)> received;
+    };
     struct Call {
         BusMethod method;
         std::function<void(sdbus::MethodCall&)> write;
@@ -83,9 +93,11 @@ private:
     }
 
     void submit(const Executor& executor, std::chrono::milliseconds limit, Call call);
+    void connectAnew(std::shared_ptr<PendingCall> first);
 
     Kind m_kind;
-    std::mutex m_mutex; ///< guards the two below
+    std::mutex m_mutex; ///< guards what follows
+    std::vector<Observer> m_observers;
     std::shared_ptr<Session> m_session;
     std::thread m_thread;
 };

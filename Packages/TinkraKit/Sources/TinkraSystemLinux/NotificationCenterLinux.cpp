@@ -2,8 +2,12 @@
 
 #include "NotificationDaemonProtocol/Names.h"
 #include "NotificationDaemonProtocol/RequestMessage.h"
+#include "TinkraSystem/NotificationCenterDelegate.h"
 #include "TinkraSystemLinux/MessageBus.h"
 #include "TinkraSystemLinux/ValidUtf8.h"
+
+#include <asio/co_spawn.hpp>
+#include <asio/detached.hpp>
 
 #include <cstdio>
 #include <utility>
@@ -34,6 +38,12 @@ Protocol::UserInfo messageFor(const UserInfo& userInfo)
             message.emplace(validUtf8(key), std::get<double>(value));
     }
     return message;
+}
+
+std::string signalRule(const char* name)
+{
+    return std::string("type='signal',sender='") + Protocol::kBusName + "',interface='" + Protocol::kInterface
+        + "',member='" + name + "'";
 }
 
 Protocol::Request messageFor(const NotificationRequest& request)
@@ -72,6 +82,18 @@ NotificationRequest requestFrom(Protocol::Request message)
 }
 
 // Names of the bus itself begin so; the daemon's own refusals are three of them.
+/// The key of the action, and the request.
+using Response = sdbus::Struct<std::string, Protocol::Request>;
+
+NotificationResponse responseFrom(Response message)
+{
+    auto action = std::get<0>(message);
+    // Desktop Notifications Specification 1.2: "default" is a click on the notification.
+    if (action == "default")
+        action = kDefaultActionIdentifier;
+    return {.actionIdentifier = std::move(action), .request = requestFrom(std::get<1>(std::move(message)))};
+}
+
 bool isRefusal(const sdbus::Error& error)
 {
     return error.getName() == Protocol::Error::kInvalidArgs
@@ -91,6 +113,60 @@ NotificationCenterError describe(const sdbus::Error& error)
 }
 
 }
+
+/// A delegate, and how it hears of what the daemon does. Its steps run on the main thread.
+struct NotificationCenterLinux::Delegation : std::enable_shared_from_this<Delegation> {
+    std::weak_ptr<NotificationCenterDelegate> delegate;
+    Executor mainThread;
+    std::function<bool()> isActive;
+    std::weak_ptr<MessageBus> bus;
+    std::chrono::milliseconds limit{0};
+
+    static Task<> present(std::shared_ptr<Delegation> self, NotificationRequest request)
+    {
+        const auto delegate = self->delegate.lock();
+        // How the notification is shown is settled: the daemon waits for nobody.
+        if (delegate && self->isActive())
+            co_await delegate->willPresent(std::move(request));
+    }
+
+    /// What the daemon holds is handed over once, to whoever takes it.
+    static Task<> takeResponses(std::shared_ptr<Delegation> self)
+    {
+        const auto bus = self->bus.lock();
+        if (!bus || self->delegate.expired())
+            co_return;
+        std::vector<Response> responses;
+        try {
+            responses = co_await bus->call<std::vector<Response>>(method("TakeResponses"), self->limit);
+        } catch (const sdbus::Error&) {
+            co_return; // a daemon that cannot be reached holds none
+        }
+        for (auto& response : responses) {
+            const auto delegate = self->delegate.lock();
+            if (!delegate)
+                co_return;
+            co_await delegate->didReceive(responseFrom(std::move(response)));
+        }
+    }
+
+    void observe(MessageBus& sessionBus)
+    {
+        sessionBus.observe(signalRule("Delivered"), [weak = weak_from_this()](sdbus::Message& signal) {
+            std::string identifier;
+            Protocol::Request request;
+            signal >> identifier >> request;
+            request.identifier = std::move(identifier);
+            if (const auto self = weak.lock())
+                asio::co_spawn(
+                    self->mainThread, present(self, requestFrom(std::move(request))), asio::detached);
+        });
+        sessionBus.observe(signalRule("ResponseReceived"), [weak = weak_from_this()](sdbus::Message&) {
+            if (const auto self = weak.lock())
+                asio::co_spawn(self->mainThread, takeResponses(self), asio::detached);
+        });
+    }
+};
 
 NotificationCenterLinux::NotificationCenterLinux(std::shared_ptr<MessageBus> sessionBus)
     : NotificationCenterLinux(std::move(sessionBus), Limits())
@@ -147,6 +223,20 @@ Task<> NotificationCenterLinux::add(NotificationRequest request)
     } catch (const sdbus::Error& error) {
         throw describe(error);
     }
+}
+
+void NotificationCenterLinux::setDelegate(
+    std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread, std::function<bool()> isActive)
+{
+    m_delegation = std::make_shared<Delegation>();
+    m_delegation->delegate = std::move(delegate);
+    m_delegation->mainThread = std::move(mainThread);
+    m_delegation->isActive = std::move(isActive);
+    m_delegation->bus = m_bus;
+    m_delegation->limit = m_limits.other;
+    m_delegation->observe(*m_bus);
+    // After the signals are watched, so that none is missed between the two.
+    asio::co_spawn(m_delegation->mainThread, Delegation::takeResponses(m_delegation), asio::detached);
 }
 
 Task<> NotificationCenterLinux::removePending(std::vector<std::string> identifiers)

@@ -40,12 +40,18 @@ public:
     /// Throws `NotificationCenterError`. Text that is not UTF-8 is replaced by U+FFFD before it is sent.
     Task<> add(NotificationRequest request) override;
 
+    void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread,
+        std::function<bool()> isActive) override;
+
     /// A failure is written to standard error and not reported otherwise.
     Task<> removePending(std::vector<std::string> identifiers) override;
 
 private:
+    struct Delegation;
+
     std::shared_ptr<MessageBus> m_bus;
     Limits m_limits;
+    std::shared_ptr<Delegation> m_delegation; ///< observers of the bus hold it weakly
 };
 
 }

@@ -1,9 +1,30 @@
 #include "TinkraTestSupport/FakeNotificationCenter.h"
 
+#include <asio/co_spawn.hpp>
+#include <asio/detached.hpp>
+
 #include <algorithm>
 #include <utility>
 
 namespace Tinkra::System {
+
+namespace {
+
+Task<> present(std::weak_ptr<NotificationCenterDelegate> weak, std::function<bool()> isActive,
+    NotificationRequest request)
+{
+    const auto delegate = weak.lock();
+    if (delegate && isActive())
+        co_await delegate->willPresent(std::move(request));
+}
+
+Task<> receive(std::weak_ptr<NotificationCenterDelegate> weak, NotificationResponse response)
+{
+    if (const auto delegate = weak.lock())
+        co_await delegate->didReceive(std::move(response));
+}
+
+}
 
 FakeNotificationCenter::FakeNotificationCenter(std::shared_ptr<CallLog> log)
     : m_log(std::move(log))
@@ -99,7 +120,29 @@ std::optional<NotificationRequest> FakeNotificationCenter::deliver(const std::st
         return std::nullopt;
     auto request = std::move(*due);
     m_pending.erase(due);
+    if (m_mainThread)
+        asio::co_spawn(m_mainThread, present(m_delegate, m_isActive, request), asio::detached);
     return request;
+}
+
+void FakeNotificationCenter::setDelegate(
+    std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread, std::function<bool()> isActive)
+{
+    const std::lock_guard lock(m_mutex);
+    m_delegate = std::move(delegate);
+    m_mainThread = std::move(mainThread);
+    m_isActive = std::move(isActive);
+    for (auto& response : std::exchange(m_held, {}))
+        asio::co_spawn(m_mainThread, receive(m_delegate, std::move(response)), asio::detached);
+}
+
+void FakeNotificationCenter::respond(NotificationResponse response)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_mainThread)
+        asio::co_spawn(m_mainThread, receive(m_delegate, std::move(response)), asio::detached);
+    else
+        m_held.push_back(std::move(response));
 }
 
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TinkraSystem/NotificationCenter.h"
+#include "TinkraSystem/NotificationCenterDelegate.h"
 #include "TinkraTestSupport/CallLog.h"
 
 #include <exception>
@@ -21,6 +22,8 @@ public:
     Task<std::vector<NotificationRequest>> pendingRequests() override;
     Task<> add(NotificationRequest request) override;
     Task<> removePending(std::vector<std::string> identifiers) override;
+    void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread,
+        std::function<bool()> isActive) override;
 
     /// Authorized at the start.
     void setAuthorization(NotificationAuthorization authorization);
@@ -35,8 +38,12 @@ public:
     void setPending(std::vector<NotificationRequest> pending);
     std::vector<NotificationRequest> pending() const;
 
-    /// The request's time has come: it is shown and no longer pending; nothing when it was not pending.
+    /// The request's time has come: it is shown and no longer pending; nothing when it was not pending. An
+    /// active application's delegate hears of it.
     std::optional<NotificationRequest> deliver(const std::string& identifier);
+
+    /// The user responds to a notification that was delivered.
+    void respond(NotificationResponse response);
 
     CallLog& log() { return *m_log; }
 
@@ -48,6 +55,10 @@ private:
     std::exception_ptr m_requestError;
     std::exception_ptr m_addError;
     std::vector<NotificationRequest> m_pending;
+    std::weak_ptr<NotificationCenterDelegate> m_delegate;
+    Executor m_mainThread;
+    std::function<bool()> m_isActive;
+    std::vector<NotificationResponse> m_held; ///< until there is a delegate
 };
 
 }
