@@ -11,6 +11,7 @@ if(TINKRA_LINUX)
   find_package(sdbus-c++ REQUIRED)
   pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET sqlite3)
   pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+  pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 endif()
 pkg_check_modules(LIBICAL REQUIRED IMPORTED_TARGET libical) # tests and benchmarks compare with it; nothing ships it
 
@@ -32,6 +33,9 @@ endif()
 # The interface. Nothing below the views sees Qt.
 if(NOT TINKRA_QT_FREE_CORE_ONLY)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Quick QuickTest Svg)
+  if(TINKRA_LINUX)
+    pkg_check_modules(X11 REQUIRED IMPORTED_TARGET x11 xext)
+  endif()
   set(QT_QML_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/qml") # where qmllint looks for modules
   add_library(tinkra_qt INTERFACE)
   target_compile_definitions(tinkra_qt INTERFACE

@@ -30,9 +30,9 @@ def test_doctor_is_content_with_a_whole_desktop(world, tinkra):
 
     assert outcome.code == 0, outcome
     found = levels(outcome)
-    assert {subject for subject, level in found.items() if level != "ok"} == {"Login entry", "Login manager", "Sound"}
+    assert {subject for subject, level in found.items() if level != "ok"} == {"Login entry", "Login manager", "Display", "Sound"}
     assert {"Clock", "Configuration", "Calendars", "Session bus", "Notification service", "Alarm store",
-            "Notification server", "Calendar folders", "Change notices", "Time zone", "Sound"} <= set(found)
+            "Notification server", "Calendar folders", "Change notices", "Time zone", "Display", "Sound"} <= set(found)
 
 
 @pytest.mark.parametrize("program", [None, "/nowhere/at/all", "/bin/false"], ids=["removed", "no such program", "ends at once"])

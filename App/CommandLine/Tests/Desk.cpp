@@ -63,7 +63,7 @@ ExitCode Desk::run(std::vector<std::string> arguments)
     const auto makeServices = [this] {
         madeServices = true;
         return System::SystemServices{
-            events, choice, center, defaults, calendar, clock, health, nullptr, nullptr};
+            events, choice, center, defaults, calendar, clock, health, nullptr, nullptr, nullptr, nullptr};
     };
     const auto exitCode = CommandLine::run(static_cast<int>(pointers.size()), pointers.data(),
         {.in = input, .out = output, .error = errors, .makeServices = makeServices, .now = [] {

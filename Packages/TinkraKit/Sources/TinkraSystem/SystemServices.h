@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TinkraConcurrency/Clock.h"
+#include "TinkraSystem/ApplicationInstance.h"
 #include "TinkraSystem/AudioDevice.h"
 #include "TinkraSystem/Defaults.h"
 #include "TinkraSystem/EventStore.h"
@@ -26,6 +27,8 @@ struct SystemServices {
     std::shared_ptr<HealthChecks> healthChecks;
     std::shared_ptr<AudioDevice> audioDevice;
     std::shared_ptr<SoundLibrary> soundLibrary;
+    std::shared_ptr<ApplicationInstance> applicationInstance; ///< of the application itself
+    std::shared_ptr<RunningApplication> runningApplication; ///< for the other programs
 };
 
 /// The live services of the machine, one set per process. The library of the operating system that a program

@@ -106,6 +106,7 @@ Task<std::vector<HealthFinding>> HealthChecksLinux::run()
     findings.push_back(lookAtPreferences());
     findings.push_back(lookAtChangeNotices());
     findings.push_back(lookAtTimeZone());
+    findings.push_back(lookAtDisplay());
     findings.push_back(lookAtSound());
     findings.push_back(co_await loginManager());
     co_return findings;

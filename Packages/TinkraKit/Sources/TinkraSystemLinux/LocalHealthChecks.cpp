@@ -3,6 +3,7 @@
 #include "TinkraSystemLinux/AudioDeviceLinux.h"
 #include "TinkraSystemLinux/DefaultsLinux.h"
 #include "TinkraSystemLinux/FileDescriptor.h"
+#include "TinkraSystemLinux/OverlayRoute.h"
 #include "TinkraSystemLinux/SoundLibraryLinux.h"
 #include "TinkraSystemLinux/XdgDirectories.h"
 
@@ -146,6 +147,30 @@ HealthFinding lookAtTimeZone()
     const char* database = std::getenv("TZDIR");
     return lookAtZoneFile(
         path(database != nullptr ? database : "/usr/share/zoneinfo") / name, name, correctVariable);
+}
+
+HealthFinding lookAtDisplay()
+{
+    const std::string subject = "Display";
+    switch (findOverlayRoute()) {
+    case OverlayRoute::X11:
+        return {
+            subject, Level::Ok, "Alarms show above everything, as an override-redirect window on X11.", ""};
+    case OverlayRoute::LayerShell:
+        return {subject, Level::Ok, "Alarms show above everything, on the compositor's overlay layer.", ""};
+    case OverlayRoute::XWayland:
+        return {subject, Level::Ok,
+            "Alarms show above everything, through XWayland, since this compositor has no layers for others.",
+            ""};
+    case OverlayRoute::PlainWayland:
+        return {subject, Level::Warning, "A full-screen program may cover an alarm on this compositor.",
+            "Install XWayland, for example the package xwayland, and log in again."};
+    case OverlayRoute::None:
+        break;
+    }
+    return {subject, Level::Warning,
+        "There is no display, so that no banner shows; notifications do not need one.",
+        "Run the command in a desktop session."};
 }
 
 HealthFinding lookAtSound()

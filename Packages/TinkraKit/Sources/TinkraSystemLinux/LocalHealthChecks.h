@@ -12,6 +12,7 @@ HealthFinding lookAtLoginEntry(); ///< the XDG autostart entry of the notificati
 HealthFinding lookAtPreferences(); ///< the files of `DefaultsLinux`
 HealthFinding lookAtChangeNotices(); ///< inotify
 HealthFinding lookAtTimeZone();
+HealthFinding lookAtDisplay(); ///< how an alarm comes to lie above full-screen programs
 HealthFinding lookAtSound(); ///< the default device of the sound server, and the sound "Glass"
 
 /// Where the notification daemon keeps its store.

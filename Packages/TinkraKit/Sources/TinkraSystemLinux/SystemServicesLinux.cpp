@@ -1,5 +1,6 @@
 #include "TinkraSystem/SystemServices.h"
 
+#include "TinkraSystemLinux/ApplicationInstanceLinux.h"
 #include "TinkraSystemLinux/AudioDeviceLinux.h"
 #include "TinkraSystemLinux/ClockLinux.h"
 #include "TinkraSystemLinux/DefaultsLinux.h"
@@ -8,6 +9,7 @@
 #include "TinkraSystemLinux/LocalCalendarLinux.h"
 #include "TinkraSystemLinux/MessageBus.h"
 #include "TinkraSystemLinux/NotificationCenterLinux.h"
+#include "TinkraSystemLinux/RunningApplicationLinux.h"
 #include "TinkraSystemLinux/SoundLibraryLinux.h"
 
 #include <map>
@@ -51,6 +53,7 @@ SystemServices makeSystemServices()
     const auto sessionBus = std::make_shared<MessageBus>(MessageBus::Kind::Session);
     const auto systemBus = std::make_shared<MessageBus>(MessageBus::Kind::System);
     const auto defaults = std::make_shared<DefaultsLinux>(DefaultsLinux::userDirectory());
+    const auto clock = std::make_shared<ClockLinux>();
     const auto eventStore = std::make_shared<FolderEventStore>(defaults);
     return {
         .eventStore = eventStore,
@@ -58,10 +61,12 @@ SystemServices makeSystemServices()
         .notificationCenter = std::make_shared<NotificationCenterLinux>(sessionBus),
         .defaults = defaults,
         .localCalendar = std::make_shared<LocalCalendarLinux>(),
-        .clock = std::make_shared<ClockLinux>(),
+        .clock = clock,
         .healthChecks = std::make_shared<HealthChecksLinux>(sessionBus, systemBus, eventStore),
         .audioDevice = std::make_shared<AudioDeviceLinux>(),
         .soundLibrary = std::make_shared<SoundLibraryLinux>(),
+        .applicationInstance = std::make_shared<ApplicationInstanceLinux>(),
+        .runningApplication = std::make_shared<RunningApplicationLinux>(sessionBus, clock),
     };
 }
 
