@@ -44,6 +44,7 @@ struct Commands {
     CLI::App* sync;
     CLI::App* pending;
     CLI::App* occurrences;
+    CLI::App* testAlarm;
     CLI::App* doctor;
 };
 
@@ -62,6 +63,7 @@ Commands declare(CLI::App& app, Request& request)
         .sync = app.add_subcommand("sync", "Arm the alarms of the next 30 days; print what changed"),
         .pending = app.add_subcommand("pending", "List the alarms that the notification service holds"),
         .occurrences = app.add_subcommand("occurrences", "Show what calendar files (.ics) contain"),
+        .testAlarm = app.add_subcommand("test-alarm", "Ring now, to see and hear what an alarm is like"),
         .doctor = app.add_subcommand("doctor", "Check everything that alarms depend on"),
     };
     for (auto* command : {commands.calendars, commands.upcoming, commands.sync, commands.pending,
@@ -129,6 +131,8 @@ Task<ExitCode> runWithServices(Commands commands, Request request, SessionPtr se
         return synchronize(std::move(session), request.format());
     if (commands.pending->parsed())
         return listPending(std::move(session), request.format());
+    if (commands.testAlarm->parsed())
+        return ringTestAlarm(std::move(session));
     return diagnose(std::move(session), request.format());
 }
 

@@ -18,7 +18,7 @@ _tinkra() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "calendars select deselect upcoming sync pending occurrences doctor help --help --version" -- "$current")
+        mapfile -t COMPREPLY < <(compgen -W "calendars select deselect upcoming sync pending occurrences test-alarm doctor help --help --version" -- "$current")
         return
     fi
     case $previous in

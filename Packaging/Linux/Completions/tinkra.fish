@@ -14,6 +14,7 @@ complete -c tinkra -n __fish_use_subcommand -a upcoming -d 'List the next alarms
 complete -c tinkra -n __fish_use_subcommand -a sync -d 'Arm the alarms of the next 30 days'
 complete -c tinkra -n __fish_use_subcommand -a pending -d 'List the alarms that the notification service holds'
 complete -c tinkra -n __fish_use_subcommand -a occurrences -d 'Show what calendar files contain'
+complete -c tinkra -n __fish_use_subcommand -a test-alarm -d 'Ring now, to see and hear what an alarm is like'
 complete -c tinkra -n __fish_use_subcommand -a doctor -d 'Check everything that alarms depend on'
 complete -c tinkra -n __fish_use_subcommand -a help -d 'Explain a command'
 

@@ -37,6 +37,8 @@ def test_a_package_holds_every_file_at_its_place(package):
         "usr/bin/tinkra",
         "usr/libexec/tinkra-notifierd",
         "usr/libexec/tinkra-wakehelper",
+        "usr/libexec/tinkra-app",
+        "usr/share/dbus-1/services/co.calendarmurkel.Tinkra.service",
         f"usr/share/dbus-1/services/{NAME}.service",
         "usr/lib/systemd/user/tinkra-notifierd.service",
         "usr/lib/systemd/system/tinkra-wakehelper.service",
@@ -113,10 +115,10 @@ def test_the_manual_page_has_no_mistake_and_names_every_command(package):
     checked = subprocess.run(["groff", "-man", "-Tutf8", "-wall", "-Wbreak", page], capture_output=True, text=True)
     assert (checked.returncode, checked.stderr) == (0, "")
     usage = subprocess.run([package / "usr/bin/tinkra", "--help"], capture_output=True, text=True).stdout
-    commands = re.findall(r"^  (\w+)  ", usage.split("Subcommands:")[1], re.M)
-    assert len(commands) == 8
+    commands = re.findall(r"^  ([\w-]+)  ", usage.split("Subcommands:")[1], re.M)
+    assert len(commands) == 9
     for command in commands:
-        assert f"tinkra {command}" in page.read_text(), command
+        assert f"tinkra {command}".replace("-", "\\-") in page.read_text(), command
 
 
 @pytest.mark.parametrize("shell, name", [("bash", "bash-completion/completions/tinkra"),

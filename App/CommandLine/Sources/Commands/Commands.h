@@ -32,6 +32,9 @@ Task<ExitCode> synchronize(SessionPtr session, Format format);
 /// What the notification service holds.
 Task<ExitCode> listPending(SessionPtr session, Format format);
 
+/// Rings in the application as an alarm would; it is started when it does not run.
+Task<ExitCode> ringTestAlarm(SessionPtr session);
+
 /// Looks at everything that alarms depend on; fails when they may not ring.
 Task<ExitCode> diagnose(SessionPtr session, Format format);
 
