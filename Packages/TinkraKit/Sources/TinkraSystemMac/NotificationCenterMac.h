@@ -16,9 +16,10 @@ class NotificationCenterMac final : public NotificationCenter {
 public:
     explicit NotificationCenterMac(UNUserNotificationCenter* _Nonnull center);
 
-    /// `delegate` is called on `mainThread` from now on, in place of the one before. To be set before the
-    /// application has finished launching, so that a response that starts it is heard.
-    void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread);
+    /// To be set before the application has finished launching, so that a response that starts it is heard.
+    /// The system knows by itself when the application is active.
+    void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread,
+        std::function<bool()> isActive) override;
 
     Task<bool> requestAuthorization(std::uint32_t options) override;
     Task<NotificationAuthorization> authorizationStatus() override;

@@ -32,7 +32,7 @@ NotificationCenterMac::NotificationCenterMac(UNUserNotificationCenter* center)
 }
 
 void NotificationCenterMac::setDelegate(
-    std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread)
+    std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread, std::function<bool()>)
 {
     m_delegate = [[TinkraNotificationDelegate alloc]
         initWithCalls:NotificationCalls(std::move(mainThread), std::move(delegate))];

@@ -21,6 +21,21 @@ std::shared_ptr<NotificationCenter> notificationCenterOfThisProcess()
     return std::make_shared<NotificationCenterMac>([UNUserNotificationCenter currentNotificationCenter]);
 }
 
+/// Launch services start an application once.
+class SoleInstance final : public ApplicationInstance {
+public:
+    bool claim(Executor, ApplicationRequests) override { return true; }
+    void release() override { }
+};
+
+class NoCommands final : public RunningApplication {
+public:
+    Task<> testAlarm() override
+    {
+        throw ApplicationUnreachable("On macOS the test alarm is on the application's page \"Settings\".");
+    }
+};
+
 }
 
 SystemServices makeSystemServices()
@@ -38,6 +53,8 @@ SystemServices makeSystemServices()
         .healthChecks = std::make_shared<HealthChecksMac>(eventStore, notificationCenter),
         .audioDevice = std::make_shared<AudioDeviceMac>(),
         .soundLibrary = std::make_shared<SoundLibraryMac>(),
+        .applicationInstance = std::make_shared<SoleInstance>(),
+        .runningApplication = std::make_shared<NoCommands>(),
     };
 }
 

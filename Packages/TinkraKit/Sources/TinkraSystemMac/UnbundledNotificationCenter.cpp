@@ -41,4 +41,9 @@ Task<> UnbundledNotificationCenter::removePending(std::vector<std::string> /*ide
     co_return;
 }
 
+void UnbundledNotificationCenter::setDelegate(
+    std::weak_ptr<NotificationCenterDelegate>, Executor, std::function<bool()>)
+{
+}
+
 }

@@ -13,6 +13,9 @@ public:
     Task<std::vector<NotificationRequest>> pendingRequests() override;
     Task<> add(NotificationRequest request) override;
     Task<> removePending(std::vector<std::string> identifiers) override;
+    /// Nothing is delivered, so that there is nothing to hear of.
+    void setDelegate(std::weak_ptr<NotificationCenterDelegate> delegate, Executor mainThread,
+        std::function<bool()> isActive) override;
 };
 
 }
