@@ -216,6 +216,9 @@ class AlarmDesktop:
     def sound_server(self):
         return self._part("pulseaudio")
 
+    def session_bus(self):
+        return self._part("dbus-daemon")
+
     def display_server(self):
         return self._part("Xvfb")
 

@@ -121,6 +121,18 @@ def test_quitting_while_it_rings_restores_the_volume(desktop):
     assert desktop.volume() == 40 and desktop.streams() == 0
 
 
+def test_the_loss_of_the_session_bus_leaves_the_banner_and_its_buttons(desktop):
+    application = desktop.start_application()
+    desktop.ring()
+    os.kill(desktop.session_bus(), signal.SIGKILL)
+    time.sleep(0.5)
+
+    assert application.poll() is None and desktop.shows_banner()
+    desktop.press("Dismiss")
+    desktop.wait_for_silence()
+    assert desktop.volume() == 40
+
+
 def test_the_application_ends_cleanly_when_the_display_goes(desktop):
     application = desktop.start_application()
     desktop.ring()

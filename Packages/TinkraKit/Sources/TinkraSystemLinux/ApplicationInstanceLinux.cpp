@@ -31,7 +31,10 @@ std::function<void()> onMainThread(const Executor& mainThread, std::function<voi
 
 ApplicationInstanceLinux::ApplicationInstanceLinux() = default;
 
-ApplicationInstanceLinux::~ApplicationInstanceLinux() = default;
+ApplicationInstanceLinux::~ApplicationInstanceLinux()
+{
+    release();
+}
 
 bool ApplicationInstanceLinux::claim(Executor mainThread, ApplicationRequests requests)
 {
@@ -57,14 +60,23 @@ bool ApplicationInstanceLinux::claim(Executor mainThread, ApplicationRequests re
         release();
         return error.getName() != kNameIsTaken;
     }
-    m_connection->enterEventLoopAsync();
+    m_thread = std::thread([connection = m_connection.get()] {
+        try {
+            connection->enterEventLoop();
+        } catch (const sdbus::Error&) {
+            // The bus has gone, and with it everybody who could ask.
+            return;
+        }
+    });
     return true;
 }
 
 void ApplicationInstanceLinux::release()
 {
-    if (m_connection)
+    if (m_thread.joinable()) {
         m_connection->leaveEventLoop();
+        m_thread.join();
+    }
     m_object.reset();
     m_connection.reset();
 }

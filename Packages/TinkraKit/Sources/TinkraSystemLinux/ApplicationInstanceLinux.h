@@ -3,6 +3,7 @@
 #include "TinkraSystem/ApplicationInstance.h"
 
 #include <memory>
+#include <thread>
 
 namespace sdbus {
 class IConnection;
@@ -25,6 +26,7 @@ public:
 private:
     std::unique_ptr<sdbus::IConnection> m_connection;
     std::unique_ptr<sdbus::IObject> m_object;
+    std::thread m_thread; ///< serves the connection
 };
 
 }
