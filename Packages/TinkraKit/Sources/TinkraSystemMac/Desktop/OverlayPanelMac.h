@@ -8,7 +8,7 @@ namespace Tinkra::System {
 /// application is decided when the window is made.
 class OverlayPanelsMac final : public OverlayPanels {
 public:
-    /// `content` must be `EmbeddedContent`.
+    /// `content` must be `QuickPanelContent`.
     std::shared_ptr<OverlayPanel> makePanel(
         const OverlayPanelProperties& properties, std::unique_ptr<PanelContent> content) override;
 };

@@ -1,6 +1,6 @@
 #include "TinkraSystemMac/Desktop/OverlayPanelMac.h"
 
-#include "TinkraSystemMac/Desktop/EmbeddedContent.h"
+#include "TinkraSystemMac/Desktop/EmbeddedView.h"
 #include "TinkraSystemMac/Desktop/GeometryMac.h"
 #include "TinkraSystemMac/Desktop/ScreensMac.h"
 
@@ -42,9 +42,11 @@ CAMediaTimingFunctionName _Nonnull nameOf(AnimationTiming timing)
 
 class OverlayPanelMac final : public OverlayPanel {
 public:
-    OverlayPanelMac(NSPanel* _Nonnull panel, std::unique_ptr<PanelContent> content)
+    OverlayPanelMac(NSPanel* _Nonnull panel, const OverlayPanelProperties& properties,
+        std::unique_ptr<PanelContent> content)
         : m_panel(panel)
-        , m_content(std::move(content))
+        , m_view((__bridge void*)panel.contentView, properties.contentRect.size, std::move(content),
+              properties.movableByBackground)
     {
     }
 
@@ -73,7 +75,7 @@ public:
 
 private:
     NSPanel* _Nonnull m_panel;
-    std::unique_ptr<PanelContent> m_content; // goes before the view that it is in
+    EmbeddedView m_view; // goes before the view that it is in
 };
 
 NSPanel* _Nonnull nativePanel(const OverlayPanelProperties& properties)
@@ -101,11 +103,7 @@ NSPanel* _Nonnull nativePanel(const OverlayPanelProperties& properties)
 std::shared_ptr<OverlayPanel> OverlayPanelsMac::makePanel(
     const OverlayPanelProperties& properties, std::unique_ptr<PanelContent> content)
 {
-    NSPanel* panel = nativePanel(properties);
-    auto* embedded = dynamic_cast<EmbeddedContent*>(content.get());
-    assert(embedded != nullptr);
-    embedded->embed((__bridge void*)panel.contentView, properties.contentRect.size);
-    return std::make_shared<OverlayPanelMac>(panel, std::move(content));
+    return std::make_shared<OverlayPanelMac>(nativePanel(properties), properties, std::move(content));
 }
 
 }
