@@ -16,11 +16,9 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 class OccurrencesTest : public testing::Test {
-public:
-    ~OccurrencesTest() override { ::unsetenv("TZ"); }
-
 protected:
     OccurrencesTest() { ::setenv("TZ", "Europe/Zurich", 1); }
+    ~OccurrencesTest() override { ::unsetenv("TZ"); }
 
     /// A calendar of these events, each without its BEGIN and END.
     static std::string calendarOf(const std::vector<std::string>& events)

@@ -19,7 +19,8 @@ constexpr double kInteger64Border = 9223372036854775808.0;
 // Ends the program in every build: such a value would turn into a wrong identifier or colour.
 std::int64_t wholeNumber(double value, const char* whose)
 {
-    if (!(value >= -kInteger64Border && value < kInteger64Border)) {
+    const bool fits = value >= -kInteger64Border && value < kInteger64Border;
+    if (!fits) { // a NaN neither
         std::fprintf(stderr, "EventKitCalendarProvider: %s %f is no whole number of 64 bits\n", whose, value);
         std::abort();
     }
@@ -56,6 +57,11 @@ std::vector<std::string> identifiersOfKept(
     return kept;
 }
 
+bool byAccountAndTitle(const CalendarRef& left, const CalendarRef& right)
+{
+    return std::tie(left.accountName, left.title) < std::tie(right.accountName, right.title);
+}
+
 }
 
 EventKitCalendarProvider::EventKitCalendarProvider(std::shared_ptr<System::EventStore> store)
@@ -86,10 +92,7 @@ Task<std::vector<CalendarRef>> EventKitCalendarProvider::availableCalendars()
             .colorHex = hexString(calendar.colorComponents),
         });
     }
-    std::stable_sort(
-        calendars.begin(), calendars.end(), [](const CalendarRef& left, const CalendarRef& right) {
-            return std::tie(left.accountName, left.title) < std::tie(right.accountName, right.title);
-        });
+    std::stable_sort(calendars.begin(), calendars.end(), byAccountAndTitle);
     co_return calendars;
 }
 

@@ -155,16 +155,13 @@ TYPED_TEST_P(EventStoreContract, CallsItsObserversAfterAChangeUntilTheyLetGo)
 
 TYPED_TEST_P(EventStoreContract, ResumesItsCallerOnTheCallersExecutor)
 {
-    const auto ask = [](EventStore& asked, std::thread::id& resumedOn) -> Task<> {
-        co_await asked.requestFullAccess();
-        co_await asked.calendars();
-        resumedOn = std::this_thread::get_id();
+    const auto ask = [](EventStore* store) -> Task<std::thread::id> {
+        co_await store->requestFullAccess();
+        co_await store->calendars();
+        co_return std::this_thread::get_id();
     };
 
-    std::thread::id resumedOn;
-    this->loop.runInRealTime(ask(this->store, resumedOn));
-
-    EXPECT_EQ(resumedOn, std::this_thread::get_id());
+    EXPECT_EQ(this->loop.runInRealTime(ask(&this->store)), std::this_thread::get_id());
 }
 
 REGISTER_TYPED_TEST_SUITE_P(EventStoreContract, IsEmptyUntilAccessIsGranted, HasFullAccessOnceItIsGranted,

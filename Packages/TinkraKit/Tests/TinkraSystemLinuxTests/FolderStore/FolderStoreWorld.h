@@ -17,11 +17,9 @@ namespace Tinkra::System {
 
 /// A folder store over a private temporary root, access granted unless a test says otherwise.
 class FolderStoreWorld : public testing::Test {
-public:
-    ~FolderStoreWorld() override;
-
 protected:
     FolderStoreWorld();
+    ~FolderStoreWorld() override;
 
     /// Writes a file below the root, with the folders above it.
     void write(const std::string& path, const std::string& text) const;

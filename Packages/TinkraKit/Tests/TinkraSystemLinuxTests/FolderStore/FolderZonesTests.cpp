@@ -18,11 +18,9 @@ using testing::Not;
 constexpr double kHour = 3600;
 
 class FolderZonesTest : public FolderStoreWorld {
-public:
-    ~FolderZonesTest() override { unsetenv("TZDIR"); }
-
 protected:
     FolderZonesTest() { std::filesystem::create_directories(zones / "Europe"); }
+    ~FolderZonesTest() override { unsetenv("TZDIR"); }
 
     /// As if an update of the machine had given Zurich the clocks of another place.
     void giveZurichTheClocksOf(const std::string& place) const
