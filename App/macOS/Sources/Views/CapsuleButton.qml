@@ -32,26 +32,11 @@ T.Control {
     Keys.onReturnPressed: event => event.isAutoRepeat || root.action()
     Keys.onEnterPressed: event => event.isAutoRepeat || root.action()
 
-    contentItem: Row {
-        spacing: 6
-
-        SymbolImage {
-            visible: root.systemImage !== ""
-            width: 16
-            height: 16
-            name: root.systemImage
-            color: root.textColor
-            weight: root.weight
-        }
-        Text {
-            height: 16
-            objectName: "title"
-            text: root.title
-            color: root.textColor
-            textFormat: Text.PlainText
-            verticalAlignment: Text.AlignVCenter
-            font { pixelSize: 13; weight: root.weight }
-        }
+    contentItem: ButtonLabel {
+        title: root.title
+        systemImage: root.systemImage
+        color: root.textColor
+        weight: root.weight
     }
 
     MouseArea {

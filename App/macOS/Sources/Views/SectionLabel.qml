@@ -2,10 +2,9 @@ import QtQuick
 import Tinkra
 
 /// A small caption above a group.
-Text {
-    lineHeight: 16
-    lineHeightMode: Text.FixedHeight
+ThemedText {
+    size: 11
+    line: 16
     color: Theme.textTertiary
-    textFormat: Text.PlainText
-    font { pixelSize: 11; weight: Font.DemiBold; letterSpacing: 1.2 }
+    font { weight: Font.DemiBold; letterSpacing: 1.2 }
 }

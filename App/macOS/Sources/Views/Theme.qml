@@ -1,5 +1,6 @@
 pragma Singleton
 import QtQuick
+import Tinkra
 
 /// The palette, opaque and in sRGB, and the typefaces.
 QtObject {
@@ -15,6 +16,17 @@ QtObject {
     readonly property color positive: Qt.rgba(0.243, 0.706, 0.451, 1)
     readonly property color warning: Qt.rgba(0.851, 0.553, 0.18, 1)
 
+    /// Under the pointer.
+    readonly property color hover: Qt.rgba(0.965, 0.957, 0.949, 1)
+
     /// Where the product itself speaks; everything else is in the desktop's own font, which is the default.
     readonly property string serif: "serif"
+
+    /// In milliseconds; colours change, nothing moves.
+    readonly property int colorChange: 120
+
+    /// A height or width that belongs to texts, as large as the user wants texts to be.
+    function scaled(points: real): real {
+        return Math.round(points * SystemFont.textScale);
+    }
 }

@@ -35,6 +35,9 @@ QImage picture(QQmlEngine& engine, const QUrl& url, const QVariantMap& propertie
     window.show();
     window.requestActivate();
     QCoreApplication::processEvents();
+    // Columns know their height once they have been polished.
+    window.resize(static_cast<int>(item->width()), static_cast<int>(item->height()));
+    QCoreApplication::processEvents();
     return window.grabWindow().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

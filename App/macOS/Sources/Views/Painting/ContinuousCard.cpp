@@ -66,9 +66,12 @@ void ContinuousCard::paint(QPainter* painter)
     painter->setRenderHint(QPainter::Antialiasing);
     paintShadow(*painter, card);
     painter->fillPath(continuousRoundedRect(card, m_radius), m_fill);
-    if (m_stroke.alpha() > 0)
+    if (m_stroke.alpha() > 0) {
+        const auto inset = m_strokeInset;
         painter->strokePath(
-            continuousRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), m_radius - 0.5), QPen(m_stroke, 1));
+            continuousRoundedRect(card.adjusted(inset, inset, -inset, -inset), m_radius - inset),
+            QPen(m_stroke, m_strokeWidth));
+    }
 }
 
 }

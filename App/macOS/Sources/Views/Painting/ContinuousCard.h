@@ -6,8 +6,8 @@
 
 namespace Tinkra {
 
-/// A filled card with continuous corners, a hairline inside its edge, and a shadow. The item is larger than
-/// the card by `margin` on every side, which is where the shadow has room.
+/// A filled card with continuous corners, an outline (a hairline inside its edge unless told otherwise), and
+/// a shadow. The item is larger than the card by `margin` on every side, which is where the shadow has room.
 class ContinuousCard : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -15,6 +15,8 @@ class ContinuousCard : public QQuickPaintedItem {
     Q_PROPERTY(qreal radius MEMBER m_radius NOTIFY changed FINAL)
     Q_PROPERTY(QColor fill MEMBER m_fill NOTIFY changed FINAL)
     Q_PROPERTY(QColor stroke MEMBER m_stroke NOTIFY changed FINAL)
+    Q_PROPERTY(qreal strokeWidth MEMBER m_strokeWidth NOTIFY changed FINAL)
+    Q_PROPERTY(qreal strokeInset MEMBER m_strokeInset NOTIFY changed FINAL)
     Q_PROPERTY(qreal shadowOpacity MEMBER m_shadowOpacity NOTIFY changed FINAL)
     Q_PROPERTY(qreal shadowRadius MEMBER m_shadowRadius NOTIFY changed FINAL)
     Q_PROPERTY(qreal shadowOffset MEMBER m_shadowOffset NOTIFY changed FINAL)
@@ -35,6 +37,8 @@ private:
     qreal m_radius = 0;
     QColor m_fill = Qt::white;
     QColor m_stroke = Qt::transparent;
+    qreal m_strokeWidth = 1;
+    qreal m_strokeInset = 0.5; ///< how far the middle of the outline lies inside the card's edge
     qreal m_shadowOpacity = 0;
     qreal m_shadowRadius = 0; ///< the standard deviation of the blur
     qreal m_shadowOffset = 0; ///< downwards

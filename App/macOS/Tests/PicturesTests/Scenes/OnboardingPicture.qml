@@ -1,0 +1,6 @@
+import Tinkra
+
+SampleWindow {
+    section: MainWindowView.Section.Home
+    model: SampleModel { alarmCount: 0; calendarsWatched: 0; calendarPermission: ViewModel.Unknown }
+}

@@ -1,0 +1,5 @@
+import Tinkra
+
+Panel {
+    model: SampleModel { alarmCount: 0; calendarsWatched: 0; calendarPermission: ViewModel.Unknown }
+}

@@ -1,0 +1,3 @@
+Panel {
+    model: SampleModel { }
+}

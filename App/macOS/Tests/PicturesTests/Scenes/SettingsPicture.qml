@@ -1,0 +1,6 @@
+import Tinkra
+
+SampleWindow {
+    section: MainWindowView.Section.Settings
+    model: SampleModel { }
+}
