@@ -52,7 +52,7 @@ def test_each_row_of_the_table_names_a_known_source_and_stands_once():
     rows = mac_sources.table()
     assert len(rows) == len(mac_sources.rows_of_table())
     for row in rows:
-        assert set(row["source"].split()) <= {"G", "K", "M", "A", "mem"} and row["source"], row
+        assert set(row["source"].split()) <= {"G", "K", "M", "A", "unconfirmed"} and row["source"], row
 
 
 def test_nothing_is_newer_than_the_oldest_system_that_we_support():
