@@ -3,6 +3,7 @@
 #include "BannerButtons.h"
 
 #include "TinkraSystem/Desktop/QuickPanelContent.h"
+#include "ViewSupport/ShownTitle.h"
 #include "ViewSupport/TimeText.h"
 
 #include <QDebug>
@@ -55,7 +56,7 @@ std::unique_ptr<System::PanelContent> makeBanner(
     QQmlComponent& component, AlarmBanner banner, System::Rect frame)
 {
     auto* made = component.createWithInitialProperties({
-        {QStringLiteral("title"), qtText(banner.payload.title.utf8())},
+        {QStringLiteral("title"), qtText(shownTitle(banner.payload.title.utf8()))},
         {QStringLiteral("meetingStart"),
             qtText(hourAndMinuteText(banner.payload.meetingStart, usersTimeStyle()))},
         {QStringLiteral("width"), frame.size.width},
