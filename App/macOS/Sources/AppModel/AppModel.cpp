@@ -157,6 +157,19 @@ void AppModel::toggleCalendar(const Text& id)
     });
 }
 
+void AppModel::selectCalendars(const std::vector<Text>& ids, bool on)
+{
+    change([&ids, on](TinkraConfiguration& next) {
+        auto& selected = next.monitoring.selectedCalendarIDs;
+        for (const auto& id : ids) {
+            if (on)
+                selected.insert(id);
+            else
+                selected.erase(id);
+        }
+    });
+}
+
 void AppModel::setLeadTime(double seconds)
 {
     change([seconds](TinkraConfiguration& next) { next.settings.leadTime = Seconds{seconds}; });

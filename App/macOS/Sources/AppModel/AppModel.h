@@ -92,6 +92,8 @@ public:
     // Each saves the configuration at once and starts a synchronisation.
     void setMasterEnabled(bool on);
     void toggleCalendar(const Text& id);
+    /// Selects or clears them all at once: one save, one synchronisation.
+    void selectCalendars(const std::vector<Text>& ids, bool on);
     void setLeadTime(double seconds);
     void setStyle(AlarmStyle style);
     void setSound(Text name);

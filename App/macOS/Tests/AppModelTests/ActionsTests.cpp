@@ -18,6 +18,20 @@ protected:
     }
 };
 
+TEST_F(Actions, SelectingSeveralCalendarsSavesOnceAndSyncsOnce)
+{
+    model->selectCalendars({"home", "work", "choir"}, true);
+    EXPECT_EQ(model->configuration(), monitoring({"home", "work", "choir"}));
+    loop.drain();
+    EXPECT_EQ(store->saved().size(), 1U);
+    EXPECT_EQ(calls->count("scheduledAlarmIDs"), 1U);
+
+    model->selectCalendars({"home", "choir", "unknown"}, false);
+    EXPECT_EQ(model->configuration(), monitoring({"work"}));
+    EXPECT_EQ(store->saved().size(), 2U);
+    loop.drain();
+}
+
 TEST_F(Actions, EachSetterChangesItsSettingSavesAtOnceAndSyncsOnce)
 {
     const auto before = model->configuration();
