@@ -51,9 +51,9 @@ struct RelativeTimeFormat::Formats {
         throwIfFailed(status);
     }
 
-    std::string two(icu::Measure larger, icu::Measure smaller, bool smallerAlways) const
+    std::string two(const icu::Measure& larger, const icu::Measure& smaller, bool smallerAlways) const
     {
-        const std::array measures{std::move(larger), std::move(smaller)};
+        const std::array measures{larger, smaller};
         const bool both = smallerAlways || measures[1].getNumber().getInt64() != 0;
         icu::UnicodeString text;
         icu::FieldPosition position;
