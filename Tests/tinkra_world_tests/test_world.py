@@ -79,14 +79,14 @@ def test_a_hanging_server_does_not_answer(world):
     server = world.notification_server(mode=servers.HANG)
     with pytest.raises(GLib.Error):
         notify(world)
-    assert [call.accepted for call in server.calls] == [False]
+    assert [call.accepted for call in server.wait_for_calls(1)] == [False]
 
 
 def test_a_server_can_misbehave_a_few_times_only(world):
     server = world.notification_server()
     server.set(servers.ZERO, count=2)
     assert [notify(world), notify(world), notify(world)] == [0, 0, 1]
-    assert len(server.shown) == 1
+    assert len(server.wait_for(1)) == 1
 
 
 def test_a_server_can_crash_behind_its_answer(world):
