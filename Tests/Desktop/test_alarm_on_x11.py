@@ -135,7 +135,7 @@ def test_it_can_be_dragged_aside_and_leaves_upwards_from_there(desktop):
 def test_without_a_compositor_nothing_black_surrounds_the_card(desktop, full_screen):
     desktop.output("pkill", "-x", "-P", str(os.getpid()), "picom")
     try:
-        wait_until(lambda: "picom" not in desktop.output("xwininfo", "-root", "-tree"), what="the compositor's end")
+        wait_until(lambda: "picom" not in desktop.window_tree(), what="the compositor's end")
         desktop.start_application()
         desktop.ring()
         picture = desktop.picture()
@@ -147,7 +147,7 @@ def test_without_a_compositor_nothing_black_surrounds_the_card(desktop, full_scr
         desktop.wait_for_silence()
     finally:
         desktop.spawn("picom", "--backend", "xrender", "--config", "/dev/null")
-        wait_until(lambda: "picom" in desktop.output("xwininfo", "-root", "-tree"), what="the compositor")
+        wait_until(lambda: "picom" in desktop.window_tree(), what="the compositor")
 
 
 @pytest.mark.parametrize("scale", [1.5, 2.0])
