@@ -30,8 +30,7 @@ std::string describe(int error)
     case EMFILE:
         return "the limit of watching programs is reached (sysctl fs.inotify.max_user_instances)";
     default:
-        return std::string{"folders cannot be watched: "}
-        + std::strerror(error);
+        return std::string{"folders cannot be watched: "} + std::strerror(error);
     }
 }
 
